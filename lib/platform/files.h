@@ -1,0 +1,53 @@
+// Files as Windows programs see them: "\" and "/" both part path elements, a drive letter stands for the root, and
+// letters match in any case. On Windows itself all this is the system's own, and the functions pass straight through.
+//
+// Names are Latin-1 inside. An element matches a directory entry of just these bytes first; else one whose name, read
+// as UTF-8 (or, where it is none, as Latin-1), is the same without regard to case; of several the first in byte order.
+// Directory listings are kept: one is read once, until forget_directories().
+//
+// None of these throws.
+#pragma once
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+#if defined(_WIN32)
+#define PLATFORM_API
+#else
+#define PLATFORM_API __attribute__((visibility("default")))
+#endif
+
+// As fopen. Null for a directory, a missing file, or a place outside the allowed roots. A mode that writes makes the
+// file in the resolved directory under the name as given.
+PLATFORM_API std::FILE* open_file(const char* path, const char* mode);
+
+// The path of the existing file or directory that `path` names, in the system's own spelling; empty when there is none
+// (or it lies outside the allowed roots).
+PLATFORM_API std::string resolve(std::string_view path);
+
+PLATFORM_API bool is_directory(std::string_view path); // of a system path as resolve() gives it
+PLATFORM_API bool is_file(std::string_view path);      // a regular file (or a pipe or device that can be read)
+
+// 0 when made, else errno's value. One level.
+PLATFORM_API int make_directory(const char* path);
+
+// Entries of a directory (system path), sorted by bytes, from the kept listings; empty when it can't be read.
+PLATFORM_API const std::vector<std::string>& list_directory(const std::string& directory);
+
+// Drops the kept listings: to be called at the start of a run, and whenever files have been made.
+PLATFORM_API void forget_directories();
+
+// For servers: nothing outside these directories (system paths) is opened or resolved, also not through links.
+// An empty list allows everything, which is the start.
+PLATFORM_API void set_allowed_roots(std::vector<std::string> roots);
+
+// Hears of every try to open a file: the path as asked for, and the system path opened, empty if it failed.
+// A null observer, the start, switches it off.
+using OpenObserver = void (*)(void* context, const char* path, const char* opened);
+PLATFORM_API void set_open_observer(OpenObserver observer, void* context);
+
+} // namespace platform
