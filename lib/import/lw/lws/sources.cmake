@@ -1,0 +1,2 @@
+# The scene reader's files; lib/import/lw/CMakeLists.txt includes this and makes the module of them.
+set(LWS_SOURCES)
