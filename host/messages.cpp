@@ -1,0 +1,78 @@
+#include "host/messages.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+
+#include "lib/toolkit/latin1.h"
+
+namespace host {
+
+static bool quiet = false;
+static bool progress_shown = false;
+
+static bool terminal()
+{
+    static const bool is_terminal = isatty(STDERR_FILENO) == 1;
+    return is_terminal;
+}
+
+bool uses_color()
+{
+    static const bool color = [] {
+        const char* const no_color = std::getenv("NO_COLOR");
+        const char* const kind = std::getenv("TERM");
+        return terminal() && !(no_color && *no_color) && kind && std::strcmp(kind, "dumb") != 0;
+    }();
+    return color;
+}
+
+static std::string without_controls(std::string_view text)
+{
+    std::string clean(text);
+    for (char& c : clean) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((byte < 0x20 && c != '\n' && c != '\t') || byte == 0x7f) c = '?';
+    }
+    return clean;
+}
+
+static void put(const std::string& text)
+{
+    show_progress_line({});
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+void say(Level level, std::string_view text)
+{
+    if (level == Level::note && quiet) return;
+    while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
+    std::string line;
+    if (level != Level::note) {
+        const bool error = level == Level::error;
+        const char* const word = error ? "error: " : "warning: ";
+        line = uses_color() ? std::string(error ? "\033[1;31m" : "\033[1;33m") + word + "\033[0m" : word;
+    }
+    put(line + without_controls(text) + "\n");
+}
+
+void print_latin1(std::string_view text)
+{
+    put(without_controls(tv::latin1_to_utf8(text)));
+}
+
+void set_quiet(bool now)
+{
+    quiet = now;
+}
+
+void show_progress_line(const std::string& line)
+{
+    if (!terminal() || (line.empty() && !progress_shown)) return;
+    std::fputs("\r\033[K", stderr);
+    std::fwrite(line.data(), 1, line.size(), stderr);
+    std::fflush(stderr);
+    progress_shown = !line.empty();
+}
+
+} // namespace host

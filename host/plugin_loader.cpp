@@ -1,0 +1,61 @@
+#include "host/plugin_loader.h"
+
+#include <algorithm>
+#include <array>
+#include <dlfcn.h>
+#include <filesystem>
+
+#include "host/failure.h"
+#include "lib/import/implugin.h"
+
+namespace host {
+
+bool is_integer_word(std::string_view name)
+{
+    static constexpr std::array<std::string_view, 7> words = {
+        "compute_normals",  "make_surface_names_unique", "import_keyframe0_only",    "print_warnings",
+        "print_statistics", "output_debug_info",         "explode_obj_by_surf_names"};
+    return std::find(words.begin(), words.end(), name) != words.end();
+}
+
+std::string installation_directory()
+{
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (error) throw Failure("cannot tell where this program stands: /proc/self/exe: " + error.message());
+    return program.parent_path().parent_path().string();
+}
+
+static Tavrin_Plugin_EntryPoint_Function entry_point()
+{
+    static Tavrin_Plugin_EntryPoint_Function function = nullptr;
+    if (function) return function;
+    const std::string path = installation_directory() + "/lib/imp_lw.so";
+    // Never closed: the plug-in's option variables live as long as the library, and so does the program.
+    void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!library) throw Failure(std::string("cannot load the plug-in: ") + dlerror());
+    function = reinterpret_cast<Tavrin_Plugin_EntryPoint_Function>(dlsym(library, "Tavrin_Plugin_EntryPoint"));
+    if (!function) throw Failure(path + " is not an import plug-in: it has no Tavrin_Plugin_EntryPoint");
+    return function;
+}
+
+int32_t call_plugin(std::vector<Word> words)
+{
+    const Tavrin_Plugin_EntryPoint_Function function = entry_point();
+    std::vector<char*> names;
+    std::vector<void*> values;
+    for (Word& word : words) {
+        names.push_back(word.name.data());
+        if (word.text)
+            values.push_back(word.text->data());
+        else
+            values.push_back(reinterpret_cast<void*>(word.integer.value_or(0))); // NOLINT: the slot holds the number
+    }
+    names.push_back(nullptr);
+    values.push_back(nullptr);
+    int32_t result = 0;
+    function(names.data(), values.data(), &result, nullptr);
+    return result;
+}
+
+} // namespace host
