@@ -26,7 +26,7 @@ IMPORT_IO_API void set_translation(int32_t kind, std::string_view name, std::str
 // The instance that the last run named as its root; empty when it named none.
 IMPORT_IO_API const std::string& root_instance_name();
 
-// Whether a run is open (Initialize came, Cleanup didn't), and how many have been closed.
+// Whether a run is open: Initialize came, Cleanup didn't.
 IMPORT_IO_API bool run_is_open();
 
 // Forgets every name noted, the root's name and the translations: goes with tv::clear_scene().

@@ -251,6 +251,8 @@ struct Scene {
     };
     using NameTable = std::unordered_map<std::string, Id, Hash, std::equal_to<>>;
     std::array<NameTable, kind_count> names; // the toolkit's own
+    // Things that have been removed, kind by kind, in order: their names are free again.
+    std::array<std::vector<Id>, kind_count> removed;
     uint64_t revision = 0;                   // rises with each change of what extents depend on
     uint32_t keys_made = 0;
 };

@@ -1,0 +1,422 @@
+#include "lib/platform/files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <optional>
+#include <system_error>
+#include <unordered_map>
+
+#if defined(_WIN32)
+#include <direct.h>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Listing {
+    std::vector<std::string> entries; // sorted by bytes
+    // Folded name -> the first entry, in byte order, that folds to it.
+    std::unordered_map<std::u32string, std::size_t> folded;
+};
+
+// Listings by directory; a relative one is kept under its place, since the program changes its current directory.
+std::unordered_map<std::string, std::unique_ptr<Listing>> listings;
+
+OpenObserver open_observer = nullptr;
+void* open_observer_context = nullptr;
+
+void tell_observer(const char* path, const char* opened)
+{
+    if (open_observer) open_observer(open_observer_context, path, opened);
+}
+
+#if !defined(_WIN32)
+
+// Longer ones name nothing on any system that this runs on; the walk over the elements is bounded by it.
+constexpr std::size_t path_limit = PATH_MAX;
+
+std::optional<std::vector<std::string>> allowed_roots; // canonical; none: everything is allowed
+
+// ---- names without regard to case ----------------------------------------------------------------------------------
+
+char32_t fold_character(char32_t c)
+{
+    if (c >= U'A' && c <= U'Z') return c + 32;
+    if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 32; // 0xD7 is the multiplication sign
+    if (c == 0x178) return 0xFF;                            // the one capital that lies outside Latin-1
+    return c;
+}
+
+// The text's characters, or nothing where it isn't UTF-8. Names from a disk: overlong forms and surrogates are refused.
+std::optional<std::u32string> decode_utf8(std::string_view text)
+{
+    std::u32string out;
+    for (std::size_t i = 0; i < text.size();) {
+        const auto lead = static_cast<unsigned char>(text[i]);
+        const std::size_t length = lead < 0x80 ? 1 : lead >> 5 == 6 ? 2 : lead >> 4 == 14 ? 3 : lead >> 3 == 30 ? 4 : 0;
+        if (length == 0 || length > text.size() - i) return std::nullopt;
+        char32_t c = length == 1 ? lead : lead & (0x7Fu >> length);
+        for (std::size_t k = 1; k < length; ++k) {
+            const auto next = static_cast<unsigned char>(text[i + k]);
+            if (next >> 6 != 2) return std::nullopt;
+            c = c << 6 | (next & 0x3Fu);
+        }
+        constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+        if (c < smallest[length] || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) return std::nullopt;
+        out.push_back(c);
+        i += length;
+    }
+    return out;
+}
+
+std::u32string latin1_characters(std::string_view text)
+{
+    std::u32string out;
+    for (const char c : text) out.push_back(static_cast<unsigned char>(c));
+    return out;
+}
+
+std::u32string folded(std::u32string text)
+{
+    for (char32_t& c : text) c = fold_character(c);
+    return text;
+}
+
+std::u32string folded_entry(std::string_view entry)
+{
+    std::optional<std::u32string> characters = decode_utf8(entry);
+    return folded(characters ? *std::move(characters) : latin1_characters(entry));
+}
+
+// ---- the walk ------------------------------------------------------------------------------------------------------
+
+std::string with_element(const std::string& directory, std::string_view element)
+{
+    std::string out = directory;
+    if (!out.empty() && out.back() != '/') out += '/';
+    return out.append(element);
+}
+
+bool exists(const std::string& path)
+{
+    struct stat info;
+    return stat(path.c_str(), &info) == 0;
+}
+
+#endif
+
+// Directories that can't be read have an empty listing, which is kept too.
+const Listing& listing_of(const std::string& directory)
+{
+    std::string key = directory.empty() ? "." : directory;
+    std::error_code error;
+    if (const fs::path path(key); path.is_relative()) key = (fs::current_path(error) / path).string();
+    if (const auto found = listings.find(key); found != listings.end()) return *found->second;
+
+    auto listing = std::make_unique<Listing>();
+    fs::directory_iterator entry(directory.empty() ? "." : directory, error);
+    while (!error && entry != fs::directory_iterator()) {
+        listing->entries.push_back(entry->path().filename().string());
+        entry.increment(error);
+    }
+    std::sort(listing->entries.begin(), listing->entries.end());
+#if !defined(_WIN32)
+    for (std::size_t i = 0; i < listing->entries.size(); ++i) {
+        listing->folded.try_emplace(folded_entry(listing->entries[i]), i);
+    }
+#endif
+    return *(listings[key] = std::move(listing));
+}
+
+#if !defined(_WIN32)
+
+// The entry of `directory` that an element names when case doesn't count, or null. An element is Latin-1; one that
+// holds UTF-8 all the same (a name beyond Latin-1, handed on as it stood on the command line) is met as that.
+const std::string* entry_without_case(const std::string& directory, std::string_view element)
+{
+    const Listing& listing = listing_of(directory);
+    auto found = listing.folded.find(folded(latin1_characters(element)));
+    if (found == listing.folded.end()) {
+        if (std::optional<std::u32string> characters = decode_utf8(element)) {
+            found = listing.folded.find(folded(*std::move(characters)));
+        }
+    }
+    return found == listing.folded.end() ? nullptr : &listing.entries[found->second];
+}
+
+struct Elements {
+    bool rooted = false;
+    bool directory = false; // the path ends in a separator, so that it can name a directory alone
+    std::vector<std::string_view> elements;
+};
+
+bool is_separator(char c)
+{
+    return c == '/' || c == '\\';
+}
+
+Elements elements_of(std::string_view path)
+{
+    Elements out;
+    const auto is_letter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+    if (path.size() >= 2 && path[1] == ':' && is_letter(path[0])) {
+        out.rooted = true;
+        path.remove_prefix(2);
+    }
+    out.rooted = out.rooted || (!path.empty() && is_separator(path.front()));
+    out.directory = !path.empty() && is_separator(path.back());
+    while (!path.empty()) {
+        const std::size_t end = std::min(path.find_first_of("/\\"), path.size());
+        if (const std::string_view element = path.substr(0, end); !element.empty() && element != ".") {
+            out.elements.push_back(element);
+        }
+        path.remove_prefix(std::min(end + 1, path.size()));
+    }
+    return out;
+}
+
+// The system's path of the elements, as far as they exist; empty when one doesn't.
+std::string walk(const Elements& path)
+{
+    std::string here = path.rooted ? "/" : "";
+    for (const std::string_view element : path.elements) {
+        std::string next = with_element(here, element);
+        if (!exists(next)) {
+            const std::string* entry = entry_without_case(here, element);
+            if (!entry) return {};
+            next = with_element(here, *entry);
+            if (!exists(next)) return {}; // a link that leads nowhere
+        }
+        here = std::move(next);
+    }
+    if (here.empty()) here = ".";
+    return here;
+}
+
+// A Windows system takes "A\..\B" for "B" whether or not there is an A.
+void drop_parents(Elements& path)
+{
+    std::vector<std::string_view> kept;
+    for (const std::string_view element : path.elements) {
+        if (element != "..") {
+            kept.push_back(element);
+        } else if (!kept.empty() && kept.back() != "..") {
+            kept.pop_back();
+        } else if (!path.rooted) {
+            kept.push_back(element);
+        }
+    }
+    path.elements = std::move(kept);
+}
+
+std::string find_elements(Elements path)
+{
+    std::string found = walk(path);
+    if (found.empty() && std::find(path.elements.begin(), path.elements.end(), "..") != path.elements.end()) {
+        drop_parents(path);
+        found = walk(path);
+    }
+    if (path.directory && !found.empty() && !is_directory(found)) return {};
+    return found;
+}
+
+// Whether an existing path lies in an allowed root once all links are followed.
+bool is_allowed(const std::string& path)
+{
+    if (!allowed_roots) return true;
+    char canonical[PATH_MAX];
+    if (!realpath(path.c_str(), canonical)) return false;
+    const std::string_view place(canonical);
+    return std::any_of(allowed_roots->begin(), allowed_roots->end(), [place](const std::string& root) {
+        return place.starts_with(root) && (root == "/" || place.size() == root.size() || place[root.size()] == '/');
+    });
+}
+
+std::string resolve_or_throw(std::string_view path)
+{
+    if (path.empty() || path.size() >= path_limit || path.find('\0') != std::string_view::npos) return {};
+    // The name as it stands comes first: off Windows a "\" or a colon may be part of a file's name.
+    std::string found = exists(std::string(path)) ? std::string(path) : find_elements(elements_of(path));
+    if (!found.empty() && !is_allowed(found)) return {};
+    return found;
+}
+
+// Where a file or directory that doesn't exist yet would be made: its resolved directory and its name as given.
+// Empty when the directory is missing, or where making it could leave the allowed roots.
+std::string place_to_make(std::string_view path)
+{
+    if (path.empty() || path.size() >= path_limit || path.find('\0') != std::string_view::npos) return {};
+    Elements parts = elements_of(path);
+    if (parts.elements.empty() || parts.elements.back() == "..") return {};
+    const std::string_view name = parts.elements.back();
+    parts.elements.pop_back();
+    parts.directory = true;
+    const std::string directory = find_elements(parts);
+    if (directory.empty() || !is_allowed(directory)) return {};
+    std::string place = directory == "." ? std::string(name) : with_element(directory, name);
+    // A link that leads nowhere yet would make its target, wherever that is.
+    struct stat info;
+    if (allowed_roots && lstat(place.c_str(), &info) == 0 && S_ISLNK(info.st_mode)) return {};
+    return place;
+}
+
+bool makes_files(const char* mode)
+{
+    return *mode == 'w' || *mode == 'a';
+}
+
+std::FILE* open_resolved(const std::string& path, const char* mode)
+{
+    struct stat info;
+    if (stat(path.c_str(), &info) == 0) {
+        if (S_ISDIR(info.st_mode)) {
+            errno = EISDIR;
+            return nullptr;
+        }
+        if (S_ISFIFO(info.st_mode) && *mode == 'r' && !std::strchr(mode, '+')) {
+            // Opening a pipe that nobody writes to would wait for ever; this way it reads as empty.
+            const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+            if (descriptor < 0) return nullptr;
+            fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+            std::FILE* const file = fdopen(descriptor, mode);
+            if (!file) close(descriptor);
+            return file;
+        }
+    }
+    return std::fopen(path.c_str(), mode);
+}
+
+#endif
+
+} // namespace
+
+#if defined(_WIN32)
+
+std::FILE* open_file(const char* path, const char* mode)
+{
+    std::FILE* const file = path && mode ? std::fopen(path, mode) : nullptr;
+    tell_observer(path ? path : "", file ? path : "");
+    return file;
+}
+
+std::string resolve(std::string_view path)
+{
+    std::error_code error;
+    return fs::exists(fs::path(path), error) ? std::string(path) : std::string();
+}
+
+int make_directory(const char* path)
+{
+    return path && _mkdir(path) == 0 ? 0 : errno;
+}
+
+void set_allowed_roots(std::vector<std::string>) {}
+
+#else
+
+std::FILE* open_file(const char* path, const char* mode)
+{
+    if (!path || !mode) return nullptr;
+    std::FILE* file = nullptr;
+    std::string place;
+    try {
+        place = resolve_or_throw(path);
+        if (place.empty() && makes_files(mode)) place = place_to_make(path);
+        if (place.empty()) {
+            errno = ENOENT;
+        } else {
+            file = open_resolved(place, mode);
+        }
+    } catch (const std::bad_alloc&) {
+        errno = ENOMEM;
+    }
+    const int error = errno;
+    tell_observer(path, file ? place.c_str() : "");
+    errno = error;
+    return file;
+}
+
+std::string resolve(std::string_view path)
+{
+    try {
+        return resolve_or_throw(path);
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
+
+int make_directory(const char* path)
+{
+    if (!path) return ENOENT;
+    try {
+        if (!resolve_or_throw(path).empty()) return EEXIST;
+        const std::string place = place_to_make(path);
+        if (place.empty()) return ENOENT;
+        return mkdir(place.c_str(), 0777) == 0 ? 0 : errno;
+    } catch (const std::bad_alloc&) {
+        return ENOMEM;
+    }
+}
+
+void set_allowed_roots(std::vector<std::string> roots)
+{
+    if (roots.empty()) {
+        allowed_roots.reset();
+        return;
+    }
+    // A root that doesn't exist allows nothing; the list stays one that limits.
+    allowed_roots.emplace();
+    for (const std::string& root : roots) {
+        char canonical[PATH_MAX];
+        if (realpath(root.c_str(), canonical)) allowed_roots->push_back(canonical);
+    }
+}
+
+#endif
+
+bool is_directory(std::string_view path)
+{
+    std::error_code error;
+    return fs::is_directory(fs::path(path), error);
+}
+
+bool is_file(std::string_view path)
+{
+    std::error_code error;
+    const fs::file_status status = fs::status(fs::path(path), error);
+    return !error && fs::exists(status) && !fs::is_directory(status);
+}
+
+const std::vector<std::string>& list_directory(const std::string& directory)
+{
+    static const std::vector<std::string> none;
+    try {
+        return listing_of(directory).entries;
+    } catch (const std::bad_alloc&) {
+        return none;
+    }
+}
+
+void forget_directories()
+{
+    listings.clear();
+}
+
+void set_open_observer(OpenObserver observer, void* context)
+{
+    open_observer = observer;
+    open_observer_context = context;
+}
+
+} // namespace platform
