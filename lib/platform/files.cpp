@@ -116,12 +116,18 @@ bool exists(const std::string& path)
 
 #endif
 
+std::string listing_key(const std::string& directory)
+{
+    const fs::path path(directory == "." ? "" : directory);
+    std::error_code error;
+    return path.is_relative() ? (fs::current_path(error) / path).string() : directory;
+}
+
 // Directories that can't be read have an empty listing, which is kept too.
 const Listing& listing_of(const std::string& directory)
 {
-    std::string key = directory.empty() ? "." : directory;
+    const std::string key = listing_key(directory);
     std::error_code error;
-    if (const fs::path path(key); path.is_relative()) key = (fs::current_path(error) / path).string();
     if (const auto found = listings.find(key); found != listings.end()) return *found->second;
 
     auto listing = std::make_unique<Listing>();
@@ -136,7 +142,7 @@ const Listing& listing_of(const std::string& directory)
         listing->folded.try_emplace(folded_entry(listing->entries[i]), i);
     }
 #endif
-    return *(listings[key] = std::move(listing));
+    return *listings.emplace(key, std::move(listing)).first->second;
 }
 
 #if !defined(_WIN32)
@@ -276,6 +282,13 @@ bool makes_files(const char* mode)
     return *mode == 'w' || *mode == 'a';
 }
 
+// What these functions make themselves shows at once.
+void forget_listing_round(const std::string& made)
+{
+    const std::size_t end = made.rfind('/');
+    listings.erase(listing_key(end == std::string::npos ? "" : made.substr(0, std::max<std::size_t>(end, 1))));
+}
+
 std::FILE* open_resolved(const std::string& path, const char* mode)
 {
     struct stat info;
@@ -332,7 +345,10 @@ std::FILE* open_file(const char* path, const char* mode)
     std::string place;
     try {
         place = resolve_or_throw(path);
-        if (place.empty() && makes_files(mode)) place = place_to_make(path);
+        if (place.empty() && makes_files(mode)) {
+            place = place_to_make(path);
+            forget_listing_round(place);
+        }
         if (place.empty()) {
             errno = ENOENT;
         } else {
@@ -363,6 +379,7 @@ int make_directory(const char* path)
         if (!resolve_or_throw(path).empty()) return EEXIST;
         const std::string place = place_to_make(path);
         if (place.empty()) return ENOENT;
+        forget_listing_round(place);
         return mkdir(place.c_str(), 0777) == 0 ? 0 : errno;
     } catch (const std::bad_alloc&) {
         return ENOMEM;

@@ -38,7 +38,8 @@ PLATFORM_API int make_directory(const char* path);
 // Entries of a directory (system path), sorted by bytes, from the kept listings; empty when it can't be read.
 PLATFORM_API const std::vector<std::string>& list_directory(const std::string& directory);
 
-// Drops the kept listings: to be called at the start of a run, and whenever files have been made.
+// Drops the kept listings: to be called at the start of a run, and whenever files have been made by other means than
+// open_file() and make_directory(), which drop the listing of the directory that they change.
 PLATFORM_API void forget_directories();
 
 // For servers: nothing outside these directories (system paths) is opened or resolved, also not through links.
