@@ -1,0 +1,23 @@
+#include "lib/import/lw/lw2tv/bounded_text.h"
+
+#include <cstdio>
+#include <cstring>
+
+std::size_t lw_copy_text(char* buffer, std::size_t size, const char* text)
+{
+    const std::size_t length = text ? std::strlen(text) : 0;
+    const std::size_t kept = length < size ? length : size - 1;
+    if (kept) std::memmove(buffer, text, kept);
+    buffer[kept] = '\0';
+    return length;
+}
+
+std::size_t lw_format_text(char* buffer, std::size_t size, const char* format, ...)
+{
+    buffer[0] = '\0';
+    va_list arguments;
+    va_start(arguments, format);
+    const int length = std::vsnprintf(buffer, size, format, arguments);
+    va_end(arguments);
+    return length < 0 ? 0 : static_cast<std::size_t>(length);
+}
