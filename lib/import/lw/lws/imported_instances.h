@@ -2,9 +2,17 @@
 // the scene reader.
 #pragma once
 
+// One name; the list stands newest first, without doubles.
+struct lw_instance_node {
+    char* name; // owned
+    lw_instance_node* next;
+};
+
+// Made by a read and freed at its end. Nothing else reads it.
+extern lw_instance_node* lw_instance_list;
+
 // Notes a name, once. Called for each instance made while the scene reader is the caller of read_LWOB.
 void LWS_Add_Instance_To_Imported_List(const char* name);
 
-// Clears the list without freeing it, at the start of a read, and frees every node, at its end.
-void lws_clear_imported_list();
+// Frees every node with its name.
 void lws_free_imported_list();
