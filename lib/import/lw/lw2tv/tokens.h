@@ -22,7 +22,22 @@
     X(param1) X(param2)                                                                                                \
     /* projections */                                                                                                  \
     X(coordsystem) X(world) X(primitive) X(origin) X(upoint) X(vpoint) X(wpoint) X(orthographic) X(spherical)          \
-    X(cylindrical) X(box)
+    X(cylindrical) X(box)                                                                                              \
+    /* instances and their channels */                                                                                 \
+    X(parent) X(masterobject) X(numchildren) X(numprimitives) X(localaxes) X(matrix) X(postmultiply)                   \
+    X(replacechannels)                                                                                                 \
+    X(moveallchannels) X(eulerrotate) X(eulerorder) X(ctrlrid) X(type) X(kftcb) X(preextraptype) X(postextraptype)     \
+    X(reset) X(constant) X(cycle) X(keyframe) X(time) X(add) X(tcb) X(tension) X(cont) X(bias) X(easefrom) X(easeto)   \
+    X(kfid) X(value) X(quatvalue)                                                                                      \
+    /* lights */                                                                                                       \
+    X(light) X(direction) X(point) X(spot) X(intensity) X(cutoff) X(delta) X(shinedir) X(shinefrom) X(shineat)         \
+    X(shadowmap) X(shadowmapsize) X(useglobalvalues) X(decay)                                                          \
+    /* camera */                                                                                                       \
+    X(active) X(focallength) X(formmappingtype) X(type4) X(lookfrom) X(lookat) X(lookup) X(projection) X(perspective)  \
+    X(window) X(resolution)                                                                                            \
+    /* time line and background */                                                                                     \
+    X(length) X(starttime) X(endtime) X(currtime) X(framepause) X(framestep) X(framerate) X(colorscheme) X(gradient)   \
+    X(horiztop) X(horizbot) X(horizpos) X(color3) X(color4) X(layer_1)
 // clang-format on
 
 struct lw_token_table {
