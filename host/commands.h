@@ -3,10 +3,17 @@
 #pragma once
 #include <span>
 
+#include "host/failure.h"
+
 namespace host {
 
 using Arguments = std::span<char* const>;
 
+int convert_command(Arguments arguments);
+int info_command(Arguments arguments);
+int find_command(Arguments arguments);
+int check_command(Arguments arguments);
 int call_command(Arguments arguments);
+int options_command(Arguments arguments);
 
 } // namespace host

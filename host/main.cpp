@@ -1,4 +1,5 @@
 // lwimport: the program's door. It finds the command and turns its outcome into the exit status.
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <exception>
@@ -6,35 +7,76 @@
 #include <string_view>
 
 #include "host/commands.h"
-#include "host/failure.h"
 #include "host/messages.h"
 
 struct Command {
     std::string_view word;
     int (*run)(host::Arguments);
+    const char* summary;
 };
 
-static constexpr std::array<Command, 1> commands = {{
-    {"call", host::call_command},
+static constexpr std::array<Command, 6> commands = {{
+    {"convert", host::convert_command, "the default: to glTF 2.0"},
+    {"info", host::info_command, "what is inside: objects, surfaces, textures, lights, camera, missing files"},
+    {"find", host::find_command, "each file that a scene or object names, and where it is found"},
+    {"check", host::check_command, "is it a Lightwave object or scene?"},
+    {"call", host::call_command, "words straight to the plug-in's entry point"},
+    {"options", host::options_command, "the plug-in's kept options"},
 }};
+
+#if defined(LWIMPORT_CALL_ONLY)
+int host::convert_command(Arguments) { throw WrongUse("this build has lwimport call alone"); }
+int host::info_command(Arguments arguments) { return convert_command(arguments); }
+int host::find_command(Arguments arguments) { return convert_command(arguments); }
+int host::check_command(Arguments arguments) { return convert_command(arguments); }
+int host::options_command(Arguments arguments) { return convert_command(arguments); }
+#endif
+
+static int help()
+{
+    std::fputs("lwimport turns Lightwave objects and scenes into glTF 2.0.\n\n", stdout);
+    char convert_help[] = "--help";
+    char* const arguments[] = {convert_help};
+    const int status = host::convert_command(arguments);
+    std::fputs("\nCommands (lwimport COMMAND --help tells more):\n", stdout);
+    for (const Command& command : commands)
+        std::printf("  %-10.*s%s\n", static_cast<int>(command.word.size()), command.word.data(), command.summary);
+    std::fputs("\nExit status: 0 done, 1 something failed, 2 wrong use.\n", stdout);
+    return status;
+}
 
 static int run(host::Arguments arguments)
 {
-    const std::string_view first = arguments.empty() ? "--help" : arguments.front();
-    for (const Command& command : commands)
-        if (first == command.word) return command.run(arguments.subspan(1));
-    throw host::WrongUse("no such command: " + std::string(first));
+    if (arguments.empty()) {
+        help();
+        return host::status_wrong_use;
+    }
+    const std::string_view first = arguments.front();
+    if (first == "--help" || first == "-h" || first == "help") return help();
+    if (first == "--version") {
+        std::puts("lwimport " LWIMPORT_VERSION);
+        return host::status_done;
+    }
+    const auto command =
+        std::find_if(commands.begin(), commands.end(), [first](const Command& each) { return each.word == first; });
+    return command == commands.end() ? host::convert_command(arguments) : command->run(arguments.subspan(1));
 }
 
 int main(int argc, char** argv)
 {
+    int status = host::status_failed;
     try {
-        return run(host::Arguments(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
+        status = run(host::Arguments(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
     } catch (const host::WrongUse& error) {
         host::say(host::Level::error, error.what());
-        return host::status_wrong_use;
+        status = host::status_wrong_use;
     } catch (const std::exception& error) {
         host::say(host::Level::error, error.what());
     }
-    return host::status_failed;
+    // Results that didn't get through are a failure, whatever the command thinks.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        host::say(host::Level::error, "cannot write to standard output");
+        if (status == host::status_done) status = host::status_failed;
+    }
+    return status;
 }

@@ -1,0 +1,78 @@
+#include "host/progress.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdint>
+#include <unistd.h>
+
+#include "host/failure.h"
+#include "host/messages.h"
+
+namespace host {
+
+static volatile std::sig_atomic_t interrupts = 0;
+
+static void on_interrupt(int)
+{
+    interrupts = interrupts + 1;
+    if (interrupts >= 3) _exit(status_failed);
+}
+
+void catch_interrupts()
+{
+    struct sigaction action = {};
+    action.sa_handler = on_interrupt;
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+bool interrupted()
+{
+    return interrupts > 0;
+}
+
+std::string grouped(std::size_t number)
+{
+    std::string digits = std::to_string(number);
+    for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+    return digits;
+}
+
+std::string counted(std::size_t number, const char* one, const char* many)
+{
+    return grouped(number) + " " + (number == 1 ? one : many);
+}
+
+Progress::~Progress()
+{
+    if (shown_) show_progress_line({});
+}
+
+bool Progress::due()
+{
+    const auto now = std::chrono::steady_clock::now();
+    if (!shown_ || now < next_) return false;
+    next_ = now + std::chrono::milliseconds(100);
+    return true;
+}
+
+bool Progress::reading(const Import_IO_Abort_Record& record)
+{
+    const auto count = [](int32_t number) { return static_cast<std::size_t>(std::max(number, 0)); };
+    if (due())
+        show_progress_line(name_ + ": " + grouped(count(record.position)) + " of " + grouped(count(record.total)) +
+                           " bytes, " + counted(count(record.objects), "object", "objects") + ", " +
+                           counted(count(record.polygons), "polygon", "polygons"));
+    return interrupted();
+}
+
+bool Progress::writing(std::size_t done, std::size_t total)
+{
+    if (due()) {
+        const std::size_t percent = total ? std::min<std::size_t>(100, done / (total / 100 + 1)) : 100;
+        show_progress_line(name_ + ": writing, " + std::to_string(percent) + " %");
+    }
+    return interrupted();
+}
+
+} // namespace host

@@ -1,0 +1,162 @@
+#include "host/search_path.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <unordered_set>
+
+#include "lib/platform/files.h"
+
+namespace host {
+
+namespace fs = std::filesystem;
+
+// Without the drive or volume in front, in elements.
+static std::vector<std::string_view> elements_of(std::string_view stored)
+{
+    stored.remove_prefix(std::min(stored.size(), stored.rfind(':') + 1)); // npos + 1 is 0
+    std::vector<std::string_view> elements;
+    while (!stored.empty()) {
+        const std::size_t end = std::min(stored.find_first_of("/\\"), stored.size());
+        const std::string_view element = stored.substr(0, end);
+        if (!element.empty() && element != ".") elements.push_back(element);
+        stored.remove_prefix(std::min(end + 1, stored.size()));
+    }
+    return elements;
+}
+
+std::string joined(const std::string& directory, std::string_view name)
+{
+    std::string path = directory;
+    if (path.empty() || path.back() != '/') path += '/';
+    return path.append(name);
+}
+
+static std::string lower_case(std::string_view text)
+{
+    std::string out(text);
+    for (char& c : out)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return out;
+}
+
+static constexpr std::array<std::string_view, 3> object_extensions = {".lwo", ".lw", ".lwob"};
+
+static std::string resolve_file(const std::string& path, ReferenceKind kind)
+{
+    const auto file = [](const std::string& candidate) {
+        std::string found = platform::resolve(candidate);
+        return !found.empty() && platform::is_file(found) ? found : std::string();
+    };
+    std::string found = file(path);
+    if (!found.empty() || kind != ReferenceKind::object) return found;
+    const std::string lower = lower_case(path);
+    for (const std::string_view extension : object_extensions)
+        if (lower.ends_with(extension)) return file(path.substr(0, path.size() - extension.size()));
+    for (const std::string_view extension : object_extensions)
+        if (found = file(path + std::string(extension)); !found.empty()) break;
+    return found;
+}
+
+std::string resolve_stored(const std::string& directory, const Reference& reference, std::size_t least)
+{
+    const std::vector<std::string_view> elements = elements_of(reference.stored);
+    for (std::size_t first = 0; first < elements.size(); ++first) {
+        if (first > 0 && elements.size() - first < least) break;
+        std::string path = directory;
+        for (std::size_t i = first; i < elements.size(); ++i) path = joined(path, elements[i]);
+        if (std::string found = resolve_file(path, reference.kind); !found.empty()) return found;
+    }
+    return {};
+}
+
+// How well `directory` explains a stored path: 3 the whole path is found below it, 2 its last elements, 1 the name alone.
+static std::size_t score(const std::string& directory, const Reference& reference)
+{
+    const std::size_t elements = elements_of(reference.stored).size();
+    if (elements == 0) return 0;
+    if (!resolve_stored(directory, reference, elements).empty()) return elements > 1 ? 3 : 1;
+    if (!resolve_stored(directory, reference, 2).empty()) return 2;
+    return resolve_stored(directory, reference, 1).empty() ? 0 : 1;
+}
+
+// Where habit puts it: scenes lie in Scenes/, objects in Objects/ of the content directory, or deeper.
+static std::string usual_content_directory(const std::string& start)
+{
+    for (fs::path at = start; at.has_relative_path(); at = at.parent_path()) {
+        const std::string name = lower_case(at.filename().string());
+        if (name == "scenes" || name == "objects") return at.parent_path().string();
+    }
+    return start;
+}
+
+ContentDirectory find_content_directory(const std::string& start, const std::vector<Reference>& references)
+{
+    std::vector<const Reference*> distinct;
+    std::unordered_set<std::string> seen;
+    for (const Reference& reference : references) {
+        if (distinct.size() == max_references_tried) break;
+        if (seen.insert(lower_case(reference.stored)).second) distinct.push_back(&reference);
+    }
+    ContentDirectory best{usual_content_directory(start), false};
+    std::size_t best_score = 0;
+    fs::path at = start;
+    for (std::size_t level = 0; level < max_levels_up; ++level, at = at.parent_path()) {
+        std::size_t total = 0;
+        for (const Reference* const reference : distinct) total += score(at.string(), *reference);
+        if (total > best_score) {
+            best_score = total;
+            best = {at.string(), true};
+        }
+        // The root itself holds no content; what a stored path finds there would be the system's.
+        if (!at.has_relative_path() || !at.parent_path().has_relative_path()) break;
+    }
+    return best;
+}
+
+// Sub-directories by usual names, each with its own sub-directories behind it.
+static std::vector<std::string> usual_directories(const std::string& directory)
+{
+    static constexpr std::array<std::string_view, 4> usual = {"objects", "scenes", "images", "surfaces"};
+    std::vector<std::string> found;
+    for (const std::string_view name : usual) {
+        for (const std::string& entry : platform::list_directory(directory)) {
+            if (lower_case(entry) != name) continue;
+            const std::string path = platform::resolve(joined(directory, entry));
+            if (path.empty() || !platform::is_directory(path)) continue;
+            found.push_back(path);
+            for (const std::string& below : platform::list_directory(path)) {
+                if (found.size() >= max_usual_directories) return found;
+                const std::string deeper = platform::resolve(joined(path, below));
+                if (!deeper.empty() && platform::is_directory(deeper)) found.push_back(deeper);
+            }
+        }
+    }
+    return found;
+}
+
+std::vector<std::string> search_directories(const std::string& start, const std::string& content,
+                                            const std::vector<Reference>& references,
+                                            const std::vector<std::string>& further)
+{
+    std::vector<std::string> directories;
+    std::unordered_set<std::string> known;
+    const auto add = [&](const std::string& directory) {
+        if (known.insert(directory).second) directories.push_back(directory);
+    };
+    add(start);
+    add(content);
+    std::unordered_set<std::string> seen;
+    for (const Reference& reference : references) {
+        if (directories.size() >= max_stored_directories) break;
+        if (!seen.insert(lower_case(reference.stored)).second) continue;
+        const std::string file = resolve_stored(content, reference, 2);
+        if (!file.empty()) add(fs::path(file).parent_path().string());
+    }
+    for (const std::string& below : usual_directories(start)) add(below);
+    for (const std::string& below : usual_directories(content)) add(below);
+    for (const std::string& directory : further) add(directory);
+    return directories;
+}
+
+} // namespace host
