@@ -37,7 +37,7 @@
     X(window) X(resolution)                                                                                            \
     /* time line and background */                                                                                     \
     X(length) X(starttime) X(endtime) X(currtime) X(framepause) X(framestep) X(framerate) X(colorscheme) X(gradient)   \
-    X(horiztop) X(horizbot) X(horizpos) X(color3) X(color4) X(layer_1)
+    X(horiztop) X(horizbot) X(horizpos) X(color3) X(color4)
 // clang-format on
 
 struct lw_token_table {

@@ -73,8 +73,8 @@ static void set_background_image()
     Tv_Texture(background_texture, lw_tokens.image, lw_tokens.textureimage, image_type, scn->bg_image, 1,
                lw_tokens.filter, lw_tokens.mipmap, 1, lw_tokens.wrapu, lw_tokens.enabled, lw_tokens.off, 1,
                lw_tokens.wrapv, lw_tokens.enabled, lw_tokens.off, 1, 0);
-    Tv_Surface(background_surface, lw_tokens.texture, lw_tokens.layer_1, lw_tokens.enabled, lw_tokens.on,
-               lw_tokens.texturelink, background_texture, 1, 0);
+    Tv_Surface(background_surface, lw_tokens.texture, "layer_1", lw_tokens.enabled, lw_tokens.on, lw_tokens.texturelink,
+               background_texture, 1, 0);
     Tv_Background(lw_tokens.colorscheme, lw_tokens.surfacelink, background_surface, 0);
 }
 
