@@ -62,8 +62,31 @@ inline uint32_t lw_u4_at(const unsigned char* bytes)
     return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 | bytes[3];
 }
 
-uint16_t LW_GET_U2(std::FILE* fp);
-uint32_t LW_GET_U4(std::FILE* fp);
+inline uint16_t LW_GET_U2(std::FILE* fp)
+{
+    unsigned char bytes[2];
+    for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(LW_GET_BYTE(fp));
+    return lw_u2_at(bytes);
+}
+
+inline uint32_t LW_GET_U4(std::FILE* fp)
+{
+    unsigned char bytes[4];
+    for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(LW_GET_BYTE(fp));
+    return lw_u4_at(bytes);
+}
+
+// An id as a number, for comparisons and case labels.
+consteval uint32_t lw_id(const char (&text)[5])
+{
+    uint32_t id = 0;
+    for (int i = 0; i < 4; ++i) id = id << 8 | static_cast<unsigned char>(text[i]);
+    return id;
+}
+inline uint32_t lw_id_at(const char* text)
+{
+    return lw_u4_at(reinterpret_cast<const unsigned char*>(text));
+}
 
 // The four bytes and an end.
 void LW_GET_ID(std::FILE* fp, char buffer[5]);

@@ -12,12 +12,18 @@ std::size_t lw_copy_text(char* buffer, std::size_t size, const char* text)
     return length;
 }
 
-std::size_t lw_format_text(char* buffer, std::size_t size, const char* format, ...)
+std::size_t lw_format_list(char* buffer, std::size_t size, const char* format, va_list arguments)
 {
     buffer[0] = '\0';
+    const int length = std::vsnprintf(buffer, size, format, arguments);
+    return length < 0 ? 0 : static_cast<std::size_t>(length);
+}
+
+std::size_t lw_format_text(char* buffer, std::size_t size, const char* format, ...)
+{
     va_list arguments;
     va_start(arguments, format);
-    const int length = std::vsnprintf(buffer, size, format, arguments);
+    const std::size_t length = lw_format_list(buffer, size, format, arguments);
     va_end(arguments);
-    return length < 0 ? 0 : static_cast<std::size_t>(length);
+    return length;
 }

@@ -16,3 +16,4 @@ std::size_t lw_copy_text(char* buffer, std::size_t size, const char* text);
 
 // The same for a formatted text.
 std::size_t lw_format_text(char* buffer, std::size_t size, const char* format, ...) LW_PRINTF(3, 4);
+std::size_t lw_format_list(char* buffer, std::size_t size, const char* format, va_list arguments) LW_PRINTF(3, 0);

@@ -25,6 +25,7 @@ struct lw_object_data {
     int32_t num_surfaces, surface_capacity;
     int32_t* surface_order; // entries of surface_names sorted by name, equal ones in table order; null until needed
     LW_Surface_Info* surface_info; // one a surface name
+    char* surface_chunk_name;      // owned; of the SURF chunk being read
     lw_old_surface_names* old_surface_names;
     int32_t* face_indices;   // the file's index plus 1; 0 where the chunk ended ahead of a polygon's last one
     int32_t* verts_per_poly; // each 3 or more

@@ -16,8 +16,25 @@ enum lw_texture_channel : int16_t {
     LW_CHANNEL_BUMP
 };
 
+// The procedural words, in the order of procedural_type.
+enum lw_procedural_type : int16_t {
+    LW_PROCEDURAL_CHECKERBOARD,
+    LW_PROCEDURAL_GRID,
+    LW_PROCEDURAL_DOTS,
+    LW_PROCEDURAL_MARBLE,
+    LW_PROCEDURAL_WOOD,
+    LW_PROCEDURAL_UNDERWATER,
+    LW_PROCEDURAL_FRACTAL_NOISE,
+    LW_PROCEDURAL_BUMP_ARRAY,
+    LW_PROCEDURAL_CRUST,
+    LW_PROCEDURAL_VEINS,
+    LW_PROCEDURAL_RIPPLES,
+    LW_PROCEDURAL_FRACTAL_BUMPS,
+    LW_PROCEDURAL_CRUMPLE
+};
+
 struct LW_Texture_Struct {
-    int16_t channel;  // of lw_texture_channel
+    int16_t channel;  // lw_texture_channel
     char* image_name; // owned, mapped; null: none
     float size[3];
     float center[3]; // Z negated already
@@ -29,7 +46,7 @@ struct LW_Texture_Struct {
     int16_t num_frequencies;
     float opacity; // 0 to 1
     float param[3];
-    int16_t procedural_type; // place in the list of procedural words; -1: none
+    int16_t procedural_type; // of lw_procedural_type; -1: none, or not the surface's first
     uint16_t texture_flag;   // the TFLG word
     uint8_t wrap_x, wrap_y;  // not 0: wraps. 1 at the start, 0 or 2 behind a TWRP
     uint8_t x_axis, y_axis, z_axis, world_coords, negative_image, pixel_blending, antialiasing;
@@ -52,8 +69,8 @@ enum lw_sub_chunk_result : int16_t {
     LW_SUB_CHUNK_FAILED   // no memory for a record
 };
 
-// Reads the payload of a texture sub-chunk. *current is the record that T... sub-chunks refine, null before the first.
-lw_sub_chunk_result lw_read_texture_sub_chunk(std::FILE* fp, const char* id, uint16_t size, LW_Texture_Struct** list,
+// Reads the payload of a texture sub-chunk; id as lw_id gives it. *current is the record that T... sub-chunks refine, null before the first.
+lw_sub_chunk_result lw_read_texture_sub_chunk(std::FILE* fp, uint32_t id, uint16_t size, LW_Texture_Struct** list,
                                               LW_Texture_Struct** current);
 
 // Finds the surface's one procedural texture and its one projection, and fills the record.

@@ -1,0 +1,234 @@
+#include "lib/import/lw/lw2tv/conversion_run.h"
+
+#include <csetjmp>
+#include <cstdlib>
+#include <cstring>
+
+#include "lib/import/lw/lw2tv/binary_input.h"
+#include "lib/import/lw/lw2tv/object_reader.h"
+#include "lib/import/lw/lw2tv/tokens.h"
+#include "lib/import/lw/lws/scene_reader.h"
+#include "lib/import/lw/ntdll/option_variables.h"
+#include "lib/platform/files.h"
+#include "lib/toolkit/vc4_tv.h"
+
+std::FILE* lw_infile = nullptr;
+std::FILE* lws_infile = nullptr;
+std::FILE* lw_debug_fp = nullptr;
+
+int32_t num_surfaces_read = 0;
+int32_t num_vertices_read = 0;
+int32_t num_v_indices_read = 0;
+int32_t num_polygons_read = 0;
+int32_t lw_object_count = 0;
+
+static std::jmp_buf jump_buffer; // where a fatal error returns to; good only inside a run
+
+bool lw_debug_is_on()
+{
+    return lw_debug_fp && lw_output_debug_info;
+}
+
+void lw_debug_printf(const char* format, ...)
+{
+    if (!lw_debug_is_on()) return;
+    va_list arguments;
+    va_start(arguments, format);
+    std::vfprintf(lw_debug_fp, format, arguments);
+    va_end(arguments);
+}
+
+void lw_report(int32_t level, const char* format, ...)
+{
+    char message[256];
+    va_list arguments;
+    va_start(arguments, format);
+    lw_format_list(message, sizeof message, format, arguments);
+    va_end(arguments);
+    Import_IO_Report_Error(level, message);
+}
+
+static void close_stream(std::FILE** stream)
+{
+    if (*stream) std::fclose(*stream);
+    *stream = nullptr;
+}
+
+void LW_Error_Handler(Import_IO_Error_Record* record)
+{
+    Import_IO_printf("%s", record->message);
+    if (record->level != 5) return;
+    if (lw_debug_fp) {
+        std::fprintf(lw_debug_fp, "%s\n", record->message);
+        std::fflush(lw_debug_fp);
+    }
+    std::longjmp(jump_buffer, 1);
+}
+
+int16_t lw_auto_detect_filetype(const char* file_name)
+{
+    lw_infile = file_name ? platform::open_file(file_name, "rb") : nullptr;
+    if (!lw_infile) return -1;
+    if (lw_reset_file_read_buffer() != 0) {
+        close_stream(&lw_infile);
+        return -1;
+    }
+    char id[5];
+    LW_GET_ID(lw_infile, id);
+    bool recognised = std::strcmp(id, "LWSC") == 0;
+    if (std::strcmp(id, "FORM") == 0 && LW_GET_U4(lw_infile) != 0) {
+        LW_GET_ID(lw_infile, id);
+        recognised = std::strcmp(id, "LWOB") == 0;
+    }
+    close_stream(&lw_infile);
+    lw_free_file_read_buffer();
+    return recognised ? 1 : -2;
+}
+
+static int16_t convert_scene(char* file_name)
+{
+    lw_free_file_read_buffer();
+    close_stream(&lw_infile);
+    lws_infile = platform::open_file(file_name, "r");
+    if (!lws_infile) {
+        lw_report(4, "Could not open file '%s' for reading.", file_name);
+        return 1;
+    }
+    const bool read = LW_Read_Scene_File(lws_infile, file_name) != 0;
+    close_stream(&lws_infile);
+    return read ? 0 : 1;
+}
+
+static int16_t convert_recognised_file(char* file_name)
+{
+    num_surfaces_read = num_vertices_read = num_v_indices_read = num_polygons_read = lw_object_count = 0;
+    if (lw_reset_file_read_buffer() != 0) return 1;
+    char id[5];
+    LW_GET_ID(lw_infile, id);
+    if (std::strcmp(id, "LWSC") == 0) return convert_scene(file_name);
+    if (std::strcmp(id, "FORM") != 0) {
+        lw_report(4, "File '%s' is not in the IFF format.", file_name);
+        return 1;
+    }
+    return read_LWOB(lw_infile, file_name, 0, nullptr, nullptr, "world", 0) == 0 ? 0 : 1;
+}
+
+// What the readers held when a fatal error left them. Behind any other end there is nothing to do.
+static void release_what_readers_left()
+{
+    lws_release_scene();
+    lw_release_object_data();
+}
+
+int16_t lw_convert_lw_file(char* file_name)
+{
+    lw_look_up_tokens();
+    Tv_RegisterClassStorage(0xCAB3FFA8u, 0, 0);
+    Import_IO_String_To_Lower(file_name, file_name);
+    Import_IO_Initialize(file_name, LW_Error_Handler);
+    Import_IO_Display_Info_Text("Reading Lightwave Geometry Data");
+    if (setjmp(jump_buffer) == 0) {
+        if (convert_recognised_file(file_name) == 0) {
+            Import_IO_Cleanup();
+            return 0;
+        }
+    } else { // a level 5 report came
+        close_stream(&lw_debug_fp);
+        Import_IO_Abort_Cleanup();
+        release_what_readers_left();
+    }
+    Import_IO_Cleanup();
+    lw_free_file_read_buffer();
+    return 1;
+}
+
+void lw_print_statistics()
+{
+    Import_IO_printf("\n");
+    Import_IO_printf("Lightwave import parsing statistics:\n");
+    Import_IO_printf("\tPolygons            = %ld\n", static_cast<long>(num_polygons_read));
+    Import_IO_printf("\tVertex coordinates  = %ld\n", static_cast<long>(num_vertices_read));
+    Import_IO_printf("\tVertex indices      = %ld\n", static_cast<long>(num_v_indices_read));
+    Import_IO_printf("\tSurface definitions = %ld\n", static_cast<long>(num_surfaces_read));
+}
+
+static void open_debug_file()
+{
+    lw_debug_fp = nullptr;
+    if (!lw_output_debug_info) return;
+    const char* directory = nullptr;
+    Tv_Inquire_Environment("TV_WORKING_DIR", &directory);
+    const bool known = directory && *directory;
+    char path[300];
+    const std::size_t length =
+        lw_format_text(path, sizeof path, "%s%sdebuglw.txt", known ? directory : "", known ? "\\" : "");
+    if (length < sizeof path) lw_debug_fp = platform::open_file(path, "w");
+    if (!lw_debug_fp) lw_report(3, "Could not open output debug file '%s' for writing.", path);
+}
+
+struct Integer_Word {
+    const char* word;
+    int16_t* variable;
+};
+
+static const Integer_Word integer_words[] = {
+    {"compute_normals", &lw_compute_normals},
+    {"make_surface_names_unique", &lw_make_surfnames_unique},
+    {"import_keyframe0_only", &lw_import_keyframe0_only},
+    {"print_warnings", &lw_print_warnings},
+    {"print_statistics", &lw_print_statistics_var},
+    {"output_debug_info", &lw_output_debug_info},
+    {"explode_obj_by_surf_names", &lw_explode_obj_by_surf_name},
+};
+
+static void take_option_word(const char* word, void* value)
+{
+    char* const text = static_cast<char*>(value);
+    for (const Integer_Word& integer : integer_words) {
+        if (std::strcmp(word, integer.word) != 0) continue;
+        *integer.variable = static_cast<int16_t>(reinterpret_cast<intptr_t>(value)); // the low 16 bits
+        return;
+    }
+    if (std::strcmp(word, "smoothing_angle") == 0) {
+        if (text) lw_smoothing_angle = static_cast<float>(std::atof(text));
+    } else if (std::strcmp(word, "newtek_root_directory") == 0) {
+        if (text && *text && Import_IO_Strip_Whitespace(text) != 0) {
+            Import_IO_Copy_String(&lw_newtek_root_directory, text);
+        }
+    } else {
+        Tv_Report_Error(4, "ERR_GEOM_IMPORT_BAD_TOKEN", "ImportConverter_Lightwave()", word,
+                        static_cast<const char*>(nullptr));
+    }
+}
+
+void ImportConverter_Lightwave(char** names, void** values, int32_t* result, void* /*reserved*/)
+{
+    lw_init_import_variables();
+    char* file_name = nullptr;
+    for (; *names; ++names, values = values ? values + 1 : nullptr) {
+        void* const value = values ? *values : nullptr;
+        if (std::strcmp(*names, "validate_header_2") == 0) {
+            *result = lw_auto_detect_filetype(static_cast<const char*>(value));
+            return;
+        }
+        if (std::strcmp(*names, "filename") == 0) {
+            file_name = static_cast<char*>(value);
+        } else {
+            take_option_word(*names, value);
+        }
+    }
+
+    lw_infile = file_name ? platform::open_file(file_name, "rb") : nullptr;
+    if (!lw_infile) {
+        Tv_Report_Error(4, "ERR_FILE_OPEN_READ", "ImportConverter_Lightwave()", "Lightwave", file_name ? file_name : "",
+                        static_cast<const char*>(nullptr));
+        *result = 1;
+        return;
+    }
+    open_debug_file();
+    *result = lw_convert_lw_file(file_name);
+    if (*result == 0 && lw_print_statistics_var) lw_print_statistics();
+    close_stream(&lw_debug_fp);
+    close_stream(&lw_infile);
+    close_stream(&lws_infile);
+}

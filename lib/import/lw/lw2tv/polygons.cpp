@@ -1,0 +1,187 @@
+#include "lib/import/lw/lw2tv/polygons.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "lib/import/lw/lw2tv/binary_input.h"
+#include "lib/import/lw/lw2tv/conversion_run.h"
+#include "lib/import/lw/ntdll/option_variables.h"
+#include "lib/toolkit/vc4_tv.h"
+
+static const int32_t index_step = 4000;
+static const int32_t poly_step = 1000;
+
+// A capacity of whole steps that holds more than `needed` entries. Half as much again at least, so that the copying
+// stays in proportion to the file.
+static int32_t grown_capacity(int32_t capacity, int32_t step, int64_t needed)
+{
+    int64_t grown = int64_t{capacity} + step;
+    grown = std::max({grown, int64_t{capacity} + capacity / 2, needed + 1});
+    return static_cast<int32_t>(std::min(grown + step - 1, int64_t{INT32_MAX}) / step * step);
+}
+
+static void* grow(void* block, int32_t capacity, std::size_t entry_size, const char* message)
+{
+    void* const grown = Tv_Realloc_Memory(0, block, static_cast<std::size_t>(capacity) * entry_size);
+    if (!grown) Import_IO_Report_Error(5, message);
+    return grown;
+}
+
+static void make_room_for_indices(int32_t** face_indices, int32_t* index_capacity, int64_t needed)
+{
+    const int32_t capacity = grown_capacity(*index_capacity, index_step, needed);
+    *face_indices = static_cast<int32_t*>(
+        grow(*face_indices, capacity, sizeof(int32_t), "Out of memory while re-allocating MESH face indices array"));
+    *index_capacity = capacity;
+}
+
+static void make_room_for_polygon(int32_t** verts_per_poly, char*** poly_surface, int32_t* poly_capacity)
+{
+    const int32_t capacity = grown_capacity(*poly_capacity, poly_step, *poly_capacity);
+    *verts_per_poly = static_cast<int32_t*>(grow(*verts_per_poly, capacity, sizeof(int32_t),
+                                                 "Out of memory while re-allocating MESH vertices/polygon array"));
+    *poly_surface = static_cast<char**>(
+        grow(*poly_surface, capacity, sizeof(char*), "Out of memory while re-allocating surface names array"));
+    *poly_capacity = capacity;
+}
+
+// The file's indices plus 1, taken from the buffer in runs; a number may straddle its end.
+static void read_indices(int32_t* out, int32_t count)
+{
+    while (count > 0) {
+        const int32_t here = std::min(count, lw_buf_io_chars_in_buffer / 2);
+        if (here == 0) {
+            *out++ = LW_GET_U2(lw_infile) + 1;
+            --count;
+            continue;
+        }
+        const unsigned char* const bytes = lw_buffered_bytes();
+        for (int32_t i = 0; i < here; ++i) out[i] = lw_u2_at(bytes + 2 * i) + 1;
+        lw_take_bytes(2 * here);
+        out += here;
+        count -= here;
+    }
+}
+
+// An odd byte at the chunk's end belongs to nothing.
+static void skip_odd_byte(int32_t* chunk_remaining)
+{
+    if (*chunk_remaining != 1) return;
+    lw_skip_bytes(lw_infile, 1);
+    *chunk_remaining = 0;
+}
+
+int16_t ReadPolygon(int32_t** face_indices, int32_t** verts_per_poly, char*** poly_surface, int32_t* index_capacity,
+                    int32_t* poly_capacity, int32_t* num_indices, int32_t* num_polygons, int32_t* chunk_remaining,
+                    int16_t* surface_number)
+{
+    int16_t result = 1;
+    *surface_number = 1;
+    if (*chunk_remaining >= 2) {
+        const int16_t count = static_cast<int16_t>(LW_GET_U2(lw_infile));
+        *chunk_remaining -= 2;
+        const int32_t there = std::min<int32_t>(count, *chunk_remaining / 2);
+        if (count >= 3) {
+            const int64_t needed = int64_t{*num_indices} + count;
+            if (needed >= *index_capacity) make_room_for_indices(face_indices, index_capacity, needed);
+            if (*num_polygons + 1 >= *poly_capacity) make_room_for_polygon(verts_per_poly, poly_surface, poly_capacity);
+            (*verts_per_poly)[(*num_polygons)++] = count;
+            int32_t* const indices = *face_indices + *num_indices;
+            read_indices(indices, there);
+            for (int32_t i = there; i < count; ++i) indices[i] = 0; // the chunk ended: this polygon is its last
+            *num_indices += there;
+            *chunk_remaining -= 2 * there;
+            result = 0;
+        } else if (there > 0) {
+            lw_skip_bytes(lw_infile, 2 * static_cast<uint32_t>(there));
+            *chunk_remaining -= 2 * there;
+        }
+    }
+    if (*chunk_remaining >= 2) {
+        *surface_number = static_cast<int16_t>(LW_GET_U2(lw_infile));
+        *chunk_remaining -= 2;
+    }
+    skip_odd_byte(chunk_remaining);
+    return result;
+}
+
+// The newest polygon's surface. Number 0, or a table with no name, links nothing: the polygon goes with the one before.
+static void link_surface(lw_object_data* object, int16_t surface_number)
+{
+    const int32_t number = std::abs(int32_t{surface_number});
+    const int16_t kept = static_cast<int16_t>(number);
+    char** const entry = object->poly_surface + object->num_polygons - 1;
+    *entry = nullptr;
+    if (kept == object->last_surface_number) return;
+    object->last_surface_number = kept;
+    const int32_t index = std::min(number, object->num_surfaces) - 1;
+    if (index >= 0) *entry = object->surface_names[index].unique_name;
+}
+
+static int16_t read_and_link(lw_object_data* object, int32_t* chunk_remaining)
+{
+    int16_t surface_number = 1;
+    if (ReadPolygon(&object->face_indices, &object->verts_per_poly, &object->poly_surface, &object->index_capacity,
+                    &object->poly_capacity, &object->num_indices, &object->num_polygons, chunk_remaining,
+                    &surface_number) == 0) {
+        link_surface(object, surface_number);
+    }
+    return surface_number;
+}
+
+static void* allocate(int32_t clear, int32_t capacity, std::size_t entry_size, const char* message)
+{
+    void* const block = Tv_Alloc_Memory(0, clear, static_cast<std::size_t>(capacity) * entry_size);
+    if (!block) Import_IO_Report_Error(5, message);
+    return block;
+}
+
+static void start_arrays(lw_object_data* object)
+{
+    Tv_Free_Memory(object->face_indices);
+    Tv_Free_Memory(object->verts_per_poly);
+    Tv_Free_Memory(object->poly_surface);
+    object->face_indices = nullptr;
+    object->verts_per_poly = nullptr;
+    object->poly_surface = nullptr;
+    object->num_polygons = object->num_indices = 0;
+    object->index_capacity = index_step;
+    object->poly_capacity = poly_step;
+    object->face_indices = static_cast<int32_t*>(
+        allocate(0, index_step, sizeof(int32_t), "Out of memory while allocating MESH face indices array"));
+    object->verts_per_poly = static_cast<int32_t*>(
+        allocate(0, poly_step, sizeof(int32_t), "Out of memory while allocating MESH vertices/polygon array"));
+    object->poly_surface = static_cast<char**>(
+        allocate(1, poly_step, sizeof(char*), "Out of memory while allocating surface names array"));
+}
+
+// Reads the details behind a polygon with a negative surface number. They have none of their own: a negative number
+// on one of them counts by its absolute value.
+static void read_details(lw_object_data* object, int32_t* chunk_remaining, const char* filename)
+{
+    if (*chunk_remaining < 2 || lw_at_end_of_file(lw_infile)) return;
+    const int16_t count = static_cast<int16_t>(LW_GET_U2(lw_infile));
+    *chunk_remaining -= 2;
+    if (lw_print_warnings) {
+        Import_IO_printf("File '%s': A polygon was found which has %d detail polygons. These detail polygons will be "
+                         "imported as separate polygons.",
+                         filename, count);
+    }
+    for (int16_t i = 0; i<count&& * chunk_remaining> 0 && !lw_at_end_of_file(lw_infile); ++i) {
+        read_and_link(object, chunk_remaining);
+    }
+}
+
+bool lw_read_polygons(lw_object_data* object, int32_t chunk_size, const char* filename)
+{
+    start_arrays(object);
+    const uint32_t start = static_cast<uint32_t>(lw_file_offset);
+    int32_t chunk_remaining = chunk_size;
+    while (chunk_remaining > 0 && !lw_at_end_of_file(lw_infile)) {
+        if (read_and_link(object, &chunk_remaining) < 0) read_details(object, &chunk_remaining, filename);
+    }
+    lw_debug_printf("\tPOLS chunk: Number of polygons = %ld\n", static_cast<long>(object->num_polygons));
+    // Bytes past the end of the file were counted but not taken.
+    return static_cast<uint32_t>(lw_file_offset) - start == static_cast<uint32_t>(chunk_size);
+}

@@ -1,0 +1,47 @@
+#include "lib/import/lw/ntdll/entry_point.h"
+
+#include <cstring>
+
+#include "lib/import/lw/lw2tv/bounded_text.h"
+#include "lib/import/lw/lw2tv/conversion_run.h"
+#include "lib/import/lw/lw2tv/options_file.h"
+#include "lib/import/lw/ntdll/option_variables.h"
+#include "lib/platform/files.h"
+#include "lib/services/import_io.h"
+
+void* parent_hwnd = nullptr;
+char* plugin_directory = nullptr;
+
+static void initialize(const char* directory)
+{
+    Import_IO_Copy_String(&plugin_directory, directory ? directory : "");
+    lw_init_import_variables();
+    char path[300];
+    const std::size_t length =
+        lw_format_text(path, sizeof path, "%simp_lw.ini", plugin_directory ? plugin_directory : "");
+    if (length < sizeof path) RestoreImportConvertOptions_Lightwave(path); // a longer path is nobody's options file
+}
+
+void Tavrin_Plugin_EntryPoint(char** names, void** values, int32_t* result, void* reserved)
+{
+    *result = 0;
+    if (!names) return;
+    platform::forget_directories(); // files may have come since the last call
+    for (; *names && **names; ++names, values = values ? values + 1 : nullptr) {
+        const char* const command = *names;
+        void* const value = values ? *values : nullptr;
+        if (std::strcmp(command, "parent_hWnd") == 0) {
+            parent_hwnd = value;
+        } else if (std::strcmp(command, "initialize") == 0) {
+            initialize(static_cast<const char*>(value));
+        } else if (std::strcmp(command, "validate_header") == 0) {
+            *result = lw_auto_detect_filetype(static_cast<const char*>(value));
+        } else if (std::strcmp(command, "show_options_dialog") == 0) {
+            *result = 0; // as after Cancel
+        } else if (std::strcmp(command, "execute_geometry_converter") == 0) {
+            ImportConverter_Lightwave(names + 1, values ? values + 1 : nullptr, result, reserved);
+            return;
+        }
+        // "parent_hInstance", "shutdown", "new_instance", "destroy_instance", and whatever nobody knows: nothing to do.
+    }
+}
