@@ -7,6 +7,18 @@
 
 namespace tv {
 
+// One Latin-1 character as one or two bytes of UTF-8.
+inline void append_utf8(std::string& out, char latin1)
+{
+    const auto byte = static_cast<unsigned char>(latin1);
+    if (byte < 0x80) {
+        out += latin1;
+    } else {
+        out += static_cast<char>(0xC0 | byte >> 6);
+        out += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+}
+
 TV_API std::string latin1_to_utf8(std::string_view latin1); // total: every byte is a character
 // What isn't valid UTF-8, or has characters beyond Latin-1, comes back byte for byte.
 TV_API std::string utf8_to_latin1(std::string_view utf8);

@@ -253,7 +253,7 @@ struct Scene {
     std::array<NameTable, kind_count> names; // the toolkit's own
     // Things that have been removed, kind by kind, in order: their names are free again.
     std::array<std::vector<Id>, kind_count> removed;
-    uint64_t revision = 0;                   // rises with each change of what extents depend on
+    uint64_t revision = 0; // rises with each change of what extents depend on
     uint32_t keys_made = 0;
 };
 

@@ -23,12 +23,10 @@ TV_API bool trace_enabled(); // false also while suspended
 
 TV_API void trace_begin(const char* function);
 TV_API void trace_string(const char* text); // Latin-1; one apostrophe in front and one behind; null for a null pointer
-TV_API void trace_word(const char* word);   // as it is, without apostrophes
 TV_API void trace_token(int32_t token);     // its word; a number that is no token's shows as a number
 TV_API void trace_integer(int64_t value);
 TV_API void trace_float(float value); // as many digits as bring it back; "nan", "inf", "-inf"
 TV_API void trace_floats(const float* values, std::size_t count); // an array; null for a null pointer
-TV_API void trace_integers(const int32_t* values, std::size_t count);
 TV_API void trace_null();
 TV_API void trace_end();
 

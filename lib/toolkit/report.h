@@ -1,0 +1,25 @@
+// The toolkit's own messages on their way to the host.
+#pragma once
+#include <cstdint>
+#include <initializer_list>
+#include <new>
+#include <string>
+
+namespace tv {
+
+// Tells the host's sink, or standard error, one line of text: what happened, worded for the codes that are known, then
+// the code and the function in brackets. Level 3 warning, 4 error. Never throws; what can't be worded is dropped.
+void report(int32_t level, const char* code, const char* function, std::initializer_list<std::string> details) noexcept;
+
+// Runs the body of a call that takes memory: no function that plug-ins call may throw.
+template <class Body>
+void guarded(const char* function, Body&& body)
+{
+    try {
+        body();
+    } catch (const std::bad_alloc&) {
+        report(4, "ERR_TOOLKIT_NO_MEMORY", function, {});
+    }
+}
+
+} // namespace tv
