@@ -1,4 +1,5 @@
 // What the host and the system tell plug-ins: words of the environment, and where files are looked for.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -94,7 +95,7 @@ std::FILE* open_in(const std::string& directory, const std::string& name, const 
     path += name;
     if (path.size() + 1 > found_path_size) return nullptr;
     std::FILE* const file = platform::open_file(path.c_str(), mode);
-    if (file) std::memcpy(found_path, path.c_str(), path.size() + 1);
+    if (file && found_path) std::memcpy(found_path, path.c_str(), path.size() + 1);
     return file;
 }
 
@@ -149,7 +150,7 @@ void* Tv_Search_And_Open_File(const char* name, const char* mode, int32_t, const
                               char* found_path)
 {
     std::FILE* file = nullptr;
-    found_path[0] = 0;
+    if (found_path) found_path[0] = 0;
     tv::guarded("Tv_Search_And_Open_File", [&] {
         if (name && *name && mode) file = tv::search(name, mode, search_path_word, found_path);
     });

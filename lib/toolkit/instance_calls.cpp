@@ -31,12 +31,11 @@ void change_instance(Id id, const WordList& list)
         case word::eulerorder: make_channels(id).euler_order = words.integer(); break;
         case word::resetmatrix: instance.matrix = identity_matrix; break;
         case word::replacechannels: make_channels(id); break;
-        case word::moveallchannels:
-            if (expect_kind(list.function, words.number(), {word::instance})) {
-                const Id to = find_or_report(Kind::instance, words.text(1), list.function);
-                if (to != no_id) move_channels(id, to);
-            }
+        case word::moveallchannels: {
+            const Id to = find_or_report(Kind::instance, words.text(1), list.function);
+            if (to != no_id) move_channels(id, to);
             break;
+        }
         default: break;
         }
     }
@@ -133,7 +132,9 @@ void Tv_Add_Empty_Node(int32_t kind, const char* name, ...)
 {
     TV_READ_WORDS(list, Function::add_empty_node, name)
     guarded(function_name(list.function), [&] {
-        if (!list.good || !name || !expect_kind(list.function, kind, {word::object, word::instance})) return;
+        if (!list.good || !expect_kind(list.function, kind, {word::object, word::instance}) ||
+            !expect_name(kind_of(kind), name, list.function))
+            return;
         if (kind == word::object)
             make_object(name);
         else
@@ -146,8 +147,9 @@ void Tv_Add_Instance(int32_t kind, const char* name, int32_t object_kind, const 
 {
     TV_READ_WORDS(list, Function::add_instance, object)
     guarded(function_name(list.function), [&] {
-        if (!list.good || !name || !expect_kind(list.function, kind, {word::instance}) ||
-            !expect_kind(list.function, object_kind, {word::object}))
+        if (!list.good || !expect_kind(list.function, kind, {word::instance}) ||
+            !expect_kind(list.function, object_kind, {word::object}) ||
+            !expect_name(Kind::instance, name, list.function))
             return;
         const Id id = make_instance(name);
         const Id shape = find_or_report(Kind::object, object, list.function);

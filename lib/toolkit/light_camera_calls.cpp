@@ -75,7 +75,7 @@ void Tv_Light(const char* name, ...)
 {
     TV_READ_WORDS(list, Function::light, name)
     guarded(function_name(list.function), [&] {
-        if (list.good && name) change_light(make_light(name), list);
+        if (list.good && expect_name(Kind::light, name, list.function)) change_light(make_light(name), list);
     });
     trace_call(list, name);
 }
@@ -84,7 +84,7 @@ void Tv_Camera(const char* name, ...)
 {
     TV_READ_WORDS(list, Function::camera, name)
     guarded(function_name(list.function), [&] {
-        if (list.good && name) change_camera(make_camera(name), list);
+        if (list.good && expect_name(Kind::camera, name, list.function)) change_camera(make_camera(name), list);
     });
     trace_call(list, name);
 }

@@ -83,7 +83,7 @@ void Tv_Object_Define(const char* name, ...)
 {
     TV_READ_WORDS(list, Function::object_define, name)
     guarded(function_name(list.function), [&] {
-        if (!list.good || !name) return;
+        if (!list.good || !expect_name(Kind::object, name, list.function)) return;
         make_object(name);
         store().open_object = scene().find(Kind::object, name);
     });

@@ -147,6 +147,12 @@ Camera& make_camera(const char* name)
     return cameras[id];
 }
 
+bool expect_name(Kind kind, const char* name, Function function)
+{
+    if (!name) report(4, "ERR_SCENE_UNKNOWN_NAME", function_name(function), {kind_name(kind), ""});
+    return name;
+}
+
 Id find_or_report(Kind kind, const char* name, Function function)
 {
     const Id id = name ? scene().find(kind, name) : no_id;
@@ -212,6 +218,7 @@ void remove_thing(Kind kind, Id id, Function function)
         bury(kind, in.scene.cameras[id]);
         break;
     }
+    in.scene.removed[index_of(kind)].push_back(id);
     touch();
 }
 

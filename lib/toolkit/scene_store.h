@@ -48,6 +48,9 @@ Camera& make_camera(const char* name);
 // The living thing of this name, or no_id and a report of level 4 that there is none.
 Id find_or_report(Kind kind, const char* name, Function function);
 
+// For the calls that make things: false and a report where no name was given.
+bool expect_name(Kind kind, const char* name, Function function);
+
 // Makes it dead and frees its name. What hung under it hangs under "world" then; instances of an object become empty
 // nodes. Surfaces and textures that are linked to stay readable where they are.
 void remove_thing(Kind kind, Id id, Function function);

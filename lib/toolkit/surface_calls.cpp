@@ -176,7 +176,7 @@ void Tv_Surface(const char* name, ...)
 {
     TV_READ_WORDS(list, Function::surface, name)
     guarded(function_name(list.function), [&] {
-        if (!list.good || !name) return;
+        if (!list.good || !expect_name(Kind::surface, name, list.function)) return;
         SurfaceWriter writer(make_surface(name));
         for (Words words(list); words.next();) writer.write(words);
     });
@@ -199,7 +199,7 @@ void Tv_Texture(const char* name, ...)
 {
     TV_READ_WORDS(list, Function::texture, name)
     guarded(function_name(list.function), [&] {
-        if (list.good && name) change_texture(make_texture(name), list);
+        if (list.good && expect_name(Kind::texture, name, list.function)) change_texture(make_texture(name), list);
     });
     trace_call(list, name);
 }

@@ -237,6 +237,9 @@ void add_item(std::string& out, const Item& item, bool good)
     }
 }
 
+// Opened when the library is loaded: a relative path means the directory that the program was started in.
+[[maybe_unused]] const bool opened_at_load = trace().on();
+
 } // namespace
 
 bool trace_enabled()

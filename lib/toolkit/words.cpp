@@ -227,12 +227,7 @@ constexpr ChoiceRow choices[] = {
     {Value::space, word::primitive},
     {Value::space, word::world},
     {Value::channel_kind, word::eulerrotate},
-    {Value::thing_kind, word::object},
     {Value::thing_kind, word::instance},
-    {Value::thing_kind, word::surface},
-    {Value::thing_kind, word::texture},
-    {Value::thing_kind, word::light},
-    {Value::thing_kind, word::camera},
 };
 
 constexpr const char* function_names[function_count] = {
@@ -339,13 +334,13 @@ const char* value_name(Value value)
     case Value::projection_model: return "token: projection model";
     case Value::space: return "token: space";
     case Value::channel_kind: return "token: channel kind";
-    case Value::thing_kind: return "token: kind";
+    case Value::thing_kind: return "token: kind of thing";
     case Value::out_integer: return "address of an int32";
     case Value::out_float_3: return "address of three floats";
     case Value::out_matrix: return "address of a matrix";
     case Value::out_string: return "address of a string pointer";
     case Value::out_record: return "address of a record pointer";
-    case Value::out_kind: return "address of a token: kind";
+    case Value::out_kind: return "address of a token: object or instance; 0 for none";
     case Value::out_switch_state: return "address of a token: switch";
     case Value::out_space: return "address of a token: space";
     case Value::out_projection_model: return "address of a token: projection model";

@@ -14,36 +14,32 @@ namespace tv {
 inline constexpr int32_t first_token = 1000; // so that no token is taken for a 1 or a 0
 
 // Every word of the table, numbered as its token.
+// clang-format off
 #define TV_WORDS(X)                                                                                                    \
-    X(object)                                                                                                          \
-    X(instance) X(surface) X(texture) X(light) X(camera) X(enabled) X(on) X(off) X(indexedpolygons) X(numpolygons) X(  \
-        verticesperpoly) X(indiceoffset) X(clockwise) X(vertex) X(surfacelink) X(calcnormals) X(angle) X(color) X(rgb) \
-        X(model) X(phong) X(shininess) X(metal) X(shadingcoeffs) X(ambient) X(diffuse) X(specular) X(luminous)         \
-            X(reflect) X(ior) X(sphenvmap) X(reflectcoeff) X(texturelink) X(resetmatrix) X(rotate) X(yaxis) X(opacity) \
-                X(facecoeff) X(edgecoeff) X(edgeexp) X(edge) X(uscale) X(vscale) X(scale) X(translate) X(worldspace)   \
-                    X(modulate) X(invert) X(multiplier) X(colorblend) X(mix) X(luminouscolor) X(bump) X(bumpu)         \
-                        X(bumpv) X(faceopacity) X(reflectopacity) X(image) X(textureimage) X(filter) X(mipmap)         \
-                            X(wrapu) X(wrapv) X(procedural) X(name) X(color1) X(color2) X(color3) X(color4) X(param1)  \
-                                X(param2) X(coordsystem) X(origin) X(upoint) X(vpoint) X(wpoint) X(world) X(primitive) \
-                                    X(orthographic) X(spherical) X(cylindrical) X(box) X(direction) X(point) X(spot)   \
-                                        X(intensity) X(cutoff) X(delta) X(shinedir) X(shinefrom) X(shineat)            \
-                                            X(shadowmap) X(shadowmapsize) X(useglobalvalues) X(decay) X(active)        \
-                                                X(focallength) X(formmappingtype) X(type4) X(lookfrom) X(lookat)       \
-                                                    X(lookup) X(projection) X(perspective) X(window) X(resolution) X(  \
-                                                        colorscheme) X(gradient) X(horiztop) X(horizbot) X(horizpos)   \
-                                                        X(length) X(starttime) X(endtime) X(currtime) X(framepause)    \
-                                                            X(framestep) X(framerate) X(localaxes) X(eulerorder)       \
-                                                                X(replacechannels) X(eulerrotate) X(moveallchannels)   \
-                                                                    X(parent) X(matrix) X(masterobject) X(numchildren) \
-                                                                        X(numprimitives) X(postmultiply) X(ctrlrid)    \
-                                                                            X(type) X(kftcb) X(preextraptype)          \
-                                                                                X(postextraptype) X(reset) X(constant) \
-                                                                                    X(cycle) X(keyframe) X(kfid)       \
-                                                                                        X(time) X(add) X(tcb)          \
-                                                                                            X(tension) X(cont) X(bias) \
-                                                                                                X(easefrom) X(easeto)  \
-                                                                                                    X(value)           \
-                                                                                                        X(quatvalue)
+    X(object) X(instance) X(surface) X(texture) X(light) X(camera)                                                     \
+    X(enabled) X(on) X(off)                                                                                            \
+    X(indexedpolygons) X(numpolygons) X(verticesperpoly) X(indiceoffset) X(clockwise) X(vertex) X(surfacelink)         \
+    X(calcnormals) X(angle)                                                                                            \
+    X(color) X(rgb) X(model) X(phong) X(shininess) X(metal) X(shadingcoeffs) X(ambient) X(diffuse) X(specular)         \
+    X(luminous) X(reflect) X(ior) X(sphenvmap) X(reflectcoeff) X(texturelink) X(resetmatrix) X(rotate) X(yaxis)        \
+    X(opacity) X(facecoeff) X(edgecoeff) X(edgeexp) X(edge) X(uscale) X(vscale) X(scale) X(translate) X(worldspace)    \
+    X(modulate) X(invert) X(multiplier) X(colorblend) X(mix)                                                           \
+    X(luminouscolor) X(bump) X(bumpu) X(bumpv) X(faceopacity) X(reflectopacity)                                        \
+    X(image) X(textureimage) X(filter) X(mipmap) X(wrapu) X(wrapv) X(procedural) X(name)                               \
+    X(color1) X(color2) X(color3) X(color4) X(param1) X(param2)                                                        \
+    X(coordsystem) X(origin) X(upoint) X(vpoint) X(wpoint)                                                             \
+    X(world) X(primitive) X(orthographic) X(spherical) X(cylindrical) X(box)                                           \
+    X(direction) X(point) X(spot) X(intensity) X(cutoff) X(delta) X(shinedir) X(shinefrom) X(shineat)                  \
+    X(shadowmap) X(shadowmapsize) X(useglobalvalues) X(decay)                                                          \
+    X(active) X(focallength) X(formmappingtype) X(type4) X(lookfrom) X(lookat) X(lookup) X(projection)                 \
+    X(perspective) X(window) X(resolution)                                                                             \
+    X(colorscheme) X(gradient) X(horiztop) X(horizbot) X(horizpos)                                                     \
+    X(length) X(starttime) X(endtime) X(currtime) X(framepause) X(framestep) X(framerate)                              \
+    X(localaxes) X(eulerorder) X(replacechannels) X(eulerrotate) X(moveallchannels)                                    \
+    X(parent) X(matrix) X(masterobject) X(numchildren) X(numprimitives) X(postmultiply)                                \
+    X(ctrlrid) X(type) X(kftcb) X(preextraptype) X(postextraptype) X(reset) X(constant) X(cycle) X(keyframe) X(kfid)   \
+    X(time) X(add) X(tcb) X(tension) X(cont) X(bias) X(easefrom) X(easeto) X(value) X(quatvalue)
+// clang-format on
 
 namespace word {
 #define TV_WORD_TOKEN(w) w,
@@ -124,7 +120,7 @@ enum class Value : uint8_t {
     out_matrix,
     out_string,
     out_record, // the address of a pointer
-    out_kind,   // a token of thing_kind, or 0
+    out_kind,   // the token of object or instance, or 0
     out_switch_state,
     out_space,
     out_projection_model
