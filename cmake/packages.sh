@@ -1,7 +1,7 @@
 # Sourced by lwimport.sh and check.sh: Debian packages by purpose, and the function that installs the missing ones.
 
 build_packages="build-essential cmake ninja-build ccache pkg-config libcli11-dev nlohmann-json3-dev libglm-dev libtinygltf-dev
-    libglu1-mesa-dev libpng-dev zlib1g-dev libavcodec-dev libavformat-dev libavutil-dev libswscale-dev"
+    libglu1-mesa-dev libpng-dev zlib1g-dev libavcodec-dev libavformat-dev libavutil-dev libswscale-dev libnewt-dev"
 test_packages="libgtest-dev libgmock-dev"
 
 # need PACKAGE...: installs those that are missing. What apt says goes to build/packages.log.
