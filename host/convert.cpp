@@ -232,8 +232,8 @@ int convert_command(Arguments arguments)
     if (!convert_line(options, inputs).parse(arguments)) return status_done;
     check_options(options);
     const std::vector<Job> jobs = plan_jobs(inputs, options.output);
-    prepare_imports(options.import);
     catch_interrupts();
+    prepare_imports(options.import);
 
     Totals totals;
     for (const Job& job : jobs) {

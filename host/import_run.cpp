@@ -208,13 +208,32 @@ std::string shown_path(const fs::path& path)
     return latin1 == path.string() ? tv::latin1_to_utf8(latin1) : path.string();
 }
 
+// A place that is the one before it with an extension more: that extension, else an empty text.
+static std::string added_extension(const std::string& place, const std::string& before)
+{
+    const bool longer = place.starts_with(before) && place.size() - before.size() <= 5;
+    const std::string rest = longer ? place.substr(before.size()) : "";
+    return rest == ".lwo" || rest == ".lw" || rest == ".lwob" ? rest : "";
+}
+
 std::string places_text(const std::vector<std::string>& tried, std::size_t most)
 {
     std::string text = "  looked for:";
-    for (std::size_t i = 0; i < tried.size() && i < most; ++i) text += "\n    " + shown_path(tried[i]);
-    if (tried.size() > most)
-        text +=
-            "\n    and in " + counted(tried.size() - most, "more place", "more places") + " (lwimport find lists all)";
+    std::size_t shown = 0, hidden = 0;
+    const std::string* base = nullptr;
+    for (const std::string& place : tried) {
+        const std::string extension = base ? added_extension(place, *base) : "";
+        if (extension.empty()) base = &place;
+        if (shown >= most)
+            hidden += extension.empty();
+        else if (!extension.empty())
+            text += ", " + extension;
+        else
+            text += "\n    " + shown_path(place);
+        shown += extension.empty() && shown < most;
+    }
+    if (hidden > 0)
+        text += "\n    and in " + counted(hidden, "more place", "more places") + " (lwimport find lists all)";
     return text;
 }
 

@@ -24,14 +24,6 @@ static constexpr std::array<Command, 6> commands = {{
     {"options", host::options_command, "the plug-in's kept options"},
 }};
 
-#if defined(LWIMPORT_CALL_ONLY)
-int host::convert_command(Arguments) { throw WrongUse("this build has lwimport call alone"); }
-int host::info_command(Arguments arguments) { return convert_command(arguments); }
-int host::find_command(Arguments arguments) { return convert_command(arguments); }
-int host::check_command(Arguments arguments) { return convert_command(arguments); }
-int host::options_command(Arguments arguments) { return convert_command(arguments); }
-#endif
-
 static int help()
 {
     std::fputs("lwimport turns Lightwave objects and scenes into glTF 2.0.\n\n", stdout);

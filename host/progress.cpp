@@ -22,8 +22,12 @@ void catch_interrupts()
 {
     struct sigaction action = {};
     action.sa_handler = on_interrupt;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        struct sigaction before = {};
+        // Who started the program with a signal ignored (a shell's background job) wants it to stay so.
+        if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
+            sigaction(signal, &action, nullptr);
+    }
 }
 
 bool interrupted()

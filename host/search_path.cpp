@@ -53,6 +53,7 @@ static std::string resolve_file(const std::string& path, ReferenceKind kind)
     const std::string lower = lower_case(path);
     for (const std::string_view extension : object_extensions)
         if (lower.ends_with(extension)) return file(path.substr(0, path.size() - extension.size()));
+    if (last_element(path).find('.') != std::string_view::npos) return {};
     for (const std::string_view extension : object_extensions)
         if (found = file(path + std::string(extension)); !found.empty()) break;
     return found;

@@ -1,0 +1,44 @@
+# Completion for lwimport in bash: source this file, or put it into /usr/share/bash-completion/completions/lwimport
+_lwimport() {
+    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]-}
+    local where="--content-dir --search-path --inside-only --trace --quiet --no-progress --help"
+    local convert="--output --format --recursive --no-clobber --strict --keep-partial --scale --light-scale --max-texture
+        --backdrop-dome --frame --no-normals --smoothing-angle --no-split --first-key-only --keep-names --warnings --stats
+        --debug-info $where"
+    local words=$convert
+    case $before in
+    --content-dir | --search-path | --plugin-dir)
+        mapfile -t COMPREPLY < <(compgen -d -- "$word")
+        return
+        ;;
+    --format)
+        mapfile -t COMPREPLY < <(compgen -W "glb gltf json" -- "$word")
+        return
+        ;;
+    --scale | --light-scale | --max-texture | --frame | --smoothing-angle) return ;;
+    esac
+    case $command in
+    info | find) words="--json $where" ;;
+    check) words="--help" ;;
+    call)
+        words="--plugin-dir --trace --help initialize= validate_header= show_options_dialog show_about_dialog
+            execute_geometry_converter filename= validate_header_2= compute_normals= make_surface_names_unique=
+            import_keyframe0_only= print_warnings= print_statistics= smoothing_angle= output_debug_info=
+            newtek_root_directory= explode_obj_by_surf_names="
+        ;;
+    options)
+        words="list get set reset path --help"
+        [[ $before == get || $before == set ]] && words="compute_normals make_surface_names_unique
+            import_keyframe0_only print_statistics print_warnings smoothing_angle output_debug_info
+            explode_obj_by_surf_names newtek_root_directory"
+        ;;
+    *) ((COMP_CWORD > 1)) || words="convert info find check call options --help --version $convert" ;;
+    esac
+    if [[ $word == -* || $command == options || $command == call ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+    else
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+        ((COMP_CWORD > 1)) || mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W "$words" -- "$word")
+    fi
+}
+complete -o filenames -F _lwimport lwimport

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Every long option that some --help tells of stands in the manual page, in the completion and in docs/user/2-options.md,
+# and those tell of no other: check_documents.sh PROGRAM SOURCE_DIR
+set -u
+program=$1 source=$2
+options_in() { grep -oE -- '--[a-z][a-z-]+' | sort -u; }
+
+for command in convert info find check call options; do "$program" $command --help; done | options_in >helped.tmp
+echo --version >>helped.tmp
+sort -u -o helped.tmp helped.tmp
+failed=0
+for document in docs/man/lwimport.1 completions/lwimport.bash docs/user/2-options.md; do
+    sed 's/\\-/-/g' "$source/$document" | options_in >told.tmp
+    missing=$(comm -23 helped.tmp told.tmp) foreign=$(comm -13 helped.tmp told.tmp)
+    if [ -n "$missing$foreign" ]; then
+        echo "$document lacks: $missing; has, but --help hasn't: $foreign"
+        failed=1
+    fi
+done
+[ -s helped.tmp ] && [ "$(wc -l <helped.tmp)" -gt 20 ] || { echo 'the help tells of hardly any options'; failed=1; }
+rm -f helped.tmp told.tmp
+exit $failed
