@@ -95,7 +95,10 @@ std::FILE* open_in(const std::string& directory, const std::string& name, const 
     path += name;
     if (path.size() + 1 > found_path_size) return nullptr;
     std::FILE* const file = platform::open_file(path.c_str(), mode);
-    if (file && found_path) std::memcpy(found_path, path.c_str(), path.size() + 1);
+    if (!file || !found_path) return file;
+    const std::string resolved = platform::resolve(path); // the disk's own spelling, where it fits
+    const std::string& found = resolved.empty() || resolved.size() + 1 > found_path_size ? path : resolved;
+    std::memcpy(found_path, found.c_str(), found.size() + 1);
     return file;
 }
 
