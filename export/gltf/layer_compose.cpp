@@ -90,52 +90,58 @@ private:
     uint32_t width_, height_;
 };
 
-// A procedural texture over the projection's square, four looks a pixel.
-class Baked : public LayerRows {
-public:
-    Baked(const Procedural& procedural, const SlotPlan& plan, const tv::TextureProjection& frame)
-        : procedural_(procedural), surface_(frame), width_(plan.width), height_(plan.height)
-    {
-        std::array<double, 3> low{1e300, 1e300, 1e300}, high{-1e300, -1e300, -1e300};
-        for (int i = 0; i <= 8; i++)
-            for (int k = 0; k <= 8; k++) {
-                const std::array<double, 3> p = surface_.point(i / 8.0, k / 8.0);
-                for (std::size_t c = 0; c < 3; c++) {
-                    const double local = p[c] / procedural.scale[c];
-                    low[c] = std::min(low[c], local);
-                    high[c] = std::max(high[c], local);
-                }
+// The axes of the procedural's space along which the projection's square reaches.
+std::array<bool, 3> reach_of(const FrameSurface& surface, const Procedural& procedural)
+{
+    std::array<double, 3> low{1e300, 1e300, 1e300}, high{-1e300, -1e300, -1e300};
+    for (int i = 0; i <= 8; i++)
+        for (int k = 0; k <= 8; k++) {
+            const std::array<double, 3> p = surface.point(i / 8.0, k / 8.0);
+            for (std::size_t c = 0; c < 3; c++) {
+                low[c] = std::min(low[c], p[c] / procedural.scale[c]);
+                high[c] = std::max(high[c], p[c] / procedural.scale[c]);
             }
-        for (std::size_t c = 0; c < 3; c++) across_[c] = high[c] - low[c] > 1e-4;
-    }
+        }
+    std::array<bool, 3> reach{};
+    for (std::size_t c = 0; c < 3; c++) reach[c] = high[c] - low[c] > 1e-4;
+    return reach;
+}
 
-    void row(uint32_t y, std::vector<std::array<float, 3>>& colors, std::vector<bool>& acts) const override
-    {
-        for (uint32_t x = 0; x < width_; x++) {
+unsigned char byte_of(float x)
+{
+    return static_cast<unsigned char>(std::clamp(x, 0.0f, 1.0f) * 255.0f + 0.5f);
+}
+
+// A procedural texture over the projection's square. Each pixel costs far more than one of an image, so that there are
+// limits to their number; sharp edges get four looks a pixel, and noise, which has none, one.
+Pixels bake(const Procedural& procedural, const SlotPlan& plan, const tv::TextureProjection& frame)
+{
+    constexpr uint32_t longest = 1024;
+    const FrameSurface surface(frame);
+    const std::array<bool, 3> reach = reach_of(surface, procedural);
+    Pixels pixels = make_pixels(std::min(plan.width, longest), std::min(plan.height, longest));
+    const int looks = procedural.kind == Procedural::Kind::turbulence ? 1 : 2;
+    for (uint32_t y = 0; y < pixels.height; y++)
+        for (uint32_t x = 0; x < pixels.width; x++) {
             std::array<double, 3> sum{};
-            for (int look = 0; look < 4; look++) {
-                const double u = (x + (look % 2 ? 0.75 : 0.25)) / width_;
-                const double v = 1 - (y + (look / 2 ? 0.75 : 0.25)) / height_;
-                const std::array<double, 3> color = procedural_color(procedural_, surface_.point(u, v), across_);
+            for (int look = 0; look < looks * looks; look++) {
+                const double u = (x + (look % looks + 0.5) / looks) / pixels.width;
+                const double v = 1 - (y + (look / looks + 0.5) / looks) / pixels.height;
+                const std::array<double, 3> color = procedural_color(procedural, surface.point(u, v), reach);
                 for (std::size_t c = 0; c < 3; c++) sum[c] += color[c];
             }
-            for (std::size_t c = 0; c < 3; c++) colors[x][c] = static_cast<float>(sum[c] / 4);
-            acts[x] = true;
+            for (std::size_t c = 0; c < 3; c++)
+                pixels.at(x, y)[c] = byte_of(static_cast<float>(sum[c] / (looks * looks)));
+            pixels.at(x, y)[3] = 255;
         }
-    }
-
-private:
-    const Procedural& procedural_;
-    FrameSurface surface_;
-    std::array<bool, 3> across_{};
-    uint32_t width_, height_;
-};
+    return pixels;
+}
 
 std::unique_ptr<LayerRows> open_rows(const LayerStep& step, const SlotPlan& plan, const tv::TextureProjection& frame,
                                      ImageStore& store)
 {
-    if (!step.image) return std::make_unique<Baked>(*step.procedural, plan, frame);
-    std::shared_ptr<const Pixels> pixels = store.pixels(*step.image);
+    std::shared_ptr<const Pixels> pixels =
+        step.image ? store.pixels(*step.image) : std::make_shared<const Pixels>(bake(*step.procedural, plan, frame));
     if (!pixels) return nullptr;
     const bool same = pixels->width == plan.width && pixels->height == plan.height;
     if (same && step.repeats == std::array<double, 2>{1, 1}) return std::make_unique<SameSize>(std::move(pixels));
@@ -200,11 +206,6 @@ Planes plain_planes(SlotKind kind, const SlotPlan& plan, const PlainSurface& pla
         planes.height_v.assign(count, 0);
     }
     return planes;
-}
-
-unsigned char byte_of(float x)
-{
-    return static_cast<unsigned char>(std::clamp(x, 0.0f, 1.0f) * 255.0f + 0.5f);
 }
 
 std::array<unsigned char, 4> pixel_of(SlotKind kind, const Planes& planes, std::size_t at)

@@ -399,6 +399,7 @@ TEST_F(SurfaceTextures, NumbersThatArentNumbers)
     const tv::Id image = add_image("wood.png"),
                  noise = add_procedural("rawturbulence", {nan, inf, 0}, {0, 0, 0}, inf, nan);
     scene.textures[image].wrap_u = false;
+    options.max_texture = 16;
     for (std::size_t c = 0; c < tv::layer_channel_count; c++)
         for (const tv::Id texture : {image, noise}) {
             tv::Layer& layer = add_layer(texture, static_cast<LayerChannel>(c));
