@@ -32,7 +32,9 @@ float lw_aim_distance(const float position[3])
     float b[3] = {nothing, nothing, nothing};
     Tv_Compute_Worldspace_Extents(a, b, 0);
     if (a[0] == -nothing || b[0] == nothing) return nearest_aim;
-    const float center[3] = {(a[0] + b[0]) / 2, (a[1] + b[1]) / 2, (a[2] + b[2]) / 2};
+    float center[3]; // in double precision on the way: the corners of a hostile scene add up to more than a float holds
+    for (int i = 0; i < 3; ++i)
+        center[i] = static_cast<float>((static_cast<double>(a[i]) + static_cast<double>(b[i])) / 2);
     float scratch[3];
     const float distance = Tv_Vector_Direction(center, position, scratch);
     return distance < nearest_aim ? nearest_aim : distance;
