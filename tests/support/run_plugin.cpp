@@ -21,7 +21,7 @@ static std::string leveled(int32_t level, std::string_view text)
     return std::to_string(level) + " " + std::string(text);
 }
 
-static services::Host listening_host(Run& run, int stop_at_poll)
+static services::Host listening_host(PluginRun& run, int stop_at_poll)
 {
     services::Host host;
     host.report = [&run](int32_t level, std::string_view text) { run.reports.push_back(leveled(level, text)); };
@@ -33,7 +33,7 @@ static services::Host listening_host(Run& run, int stop_at_poll)
 
 static void hear_toolkit(void* context, int32_t level, const char* text)
 {
-    static_cast<Run*>(context)->toolkit.push_back(leveled(level, text));
+    static_cast<PluginRun*>(context)->toolkit.push_back(leveled(level, text));
 }
 
 static std::string trace_path()
@@ -67,7 +67,7 @@ void start_fresh()
     lw_release_import_variables(); // the next call applies the defaults again
 }
 
-Run call(std::vector<Word> words, int stop_at_poll)
+PluginRun call(std::vector<Word> words, int stop_at_poll)
 {
     std::vector<char*> names;
     std::vector<void*> values;
@@ -78,7 +78,7 @@ Run call(std::vector<Word> words, int stop_at_poll)
     names.push_back(nullptr);
     values.push_back(nullptr);
 
-    Run run;
+    PluginRun run;
     services::set_host(listening_host(run, stop_at_poll));
     tv::set_report_sink(hear_toolkit, &run);
     if (!tv::set_trace_file(trace_path().c_str())) throw std::runtime_error("can't write the trace");
@@ -90,7 +90,7 @@ Run call(std::vector<Word> words, int stop_at_poll)
     return run;
 }
 
-Run convert(const std::string& file, std::vector<Word> options, int stop_at_poll)
+PluginRun convert(const std::string& file, std::vector<Word> options, int stop_at_poll)
 {
     start_fresh();
     std::vector<Word> words = {{"execute_geometry_converter", 0}};
@@ -99,7 +99,7 @@ Run convert(const std::string& file, std::vector<Word> options, int stop_at_poll
     return call(std::move(words), stop_at_poll);
 }
 
-std::vector<std::string> calls_of(const Run& run, std::initializer_list<std::string_view> functions)
+std::vector<std::string> calls_of(const PluginRun& run, std::initializer_list<std::string_view> functions)
 {
     std::vector<std::string> found;
     for (const std::string& line : run.trace) {

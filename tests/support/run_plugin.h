@@ -19,7 +19,7 @@ struct Word {
     bool is_text = false;
 };
 
-struct Run {
+struct PluginRun {
     int32_t result = -999;             // -999: not written
     std::vector<std::string> trace;    // the lines of the call trace
     std::vector<std::string> reports;  // "4 text", of Import_IO_Report_Error
@@ -29,18 +29,19 @@ struct Run {
     int polls = 0;                     // of Import_IO_Check_For_Abort
     bool run_left_open = false;        // Initialize without Cleanup
 };
+using Run = PluginRun; // within a TEST's body Run is GoogleTest's own
 
 // Empty scene, no names noted, options as if the library had just been loaded.
 void start_fresh();
 
 // One call of the entry point with just these words. stop_at_poll: the abort poll that answers yes; 0: none.
-Run call(std::vector<Word> words, int stop_at_poll = 0);
+PluginRun call(std::vector<Word> words, int stop_at_poll = 0);
 
 // start_fresh(), then "execute_geometry_converter" with the option words and "filename".
-Run convert(const std::string& file, std::vector<Word> options = {}, int stop_at_poll = 0);
+PluginRun convert(const std::string& file, std::vector<Word> options = {}, int stop_at_poll = 0);
 
 // The lines whose call is one of these functions, in order.
-std::vector<std::string> calls_of(const Run& run, std::initializer_list<std::string_view> functions);
+std::vector<std::string> calls_of(const PluginRun& run, std::initializer_list<std::string_view> functions);
 
 // An empty directory that is the current one meanwhile, so that names in traces are the same everywhere. Gone with it.
 class TemporaryDirectory {
