@@ -10,9 +10,9 @@ namespace tv {
 
 namespace {
 
-constexpr Value none = Value::none, f1 = Value::float_1, f2 = Value::float_2, f3 = Value::float_3, f4 = Value::float_4,
-                f16 = Value::matrix, i1 = Value::integer, i2 = Value::integer_2, text = Value::string,
-                by_value = Value::by_value, channel = Value::layer_channel, amount = Value::amount;
+constexpr Value f1 = Value::float_1, f2 = Value::float_2, f3 = Value::float_3, f4 = Value::float_4, f16 = Value::matrix,
+                i1 = Value::integer, i2 = Value::integer_2, text = Value::string, by_value = Value::by_value,
+                channel = Value::layer_channel, amount = Value::amount;
 
 using F = Function;
 

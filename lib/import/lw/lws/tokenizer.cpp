@@ -24,8 +24,8 @@ struct Stop_Characters {
 static constexpr Stop_Characters make_stops()
 {
     Stop_Characters stops = {};
-    for (const unsigned char c : {'\0', '\n', '\t', ' '}) stops.token[c] = true;
-    for (const unsigned char c : {'\0', '\n', '\t'}) stops.name[c] = true;
+    for (const int c : {0, 9, 10, 32}) stops.token[c] = true; // the end, tab, LF, blank
+    for (const int c : {0, 9, 10}) stops.name[c] = true;      // a name holds blanks
     return stops;
 }
 
