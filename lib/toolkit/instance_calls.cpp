@@ -104,8 +104,7 @@ Vec3* point_of(TextureProjection& projection, int32_t token)
 void change_projection(TextureProjection& projection, const WordList& list)
 {
     for (Words words(list); words.next();) {
-        if (Vec3* const point = point_of(projection, words.word()))
-            std::memcpy(point->data(), words.array<float>(), sizeof *point);
+        if (Vec3* const point = point_of(projection, words.word())) *point = words.triple();
         if (words.word() == word::enabled) projection.enabled = words.number() == word::on;
         if (words.word() == word::coordsystem) projection.world_space = words.number() == word::world;
         if (words.word() == word::model) projection.model = model_of(words.number());

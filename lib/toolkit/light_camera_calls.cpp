@@ -9,19 +9,12 @@ using namespace tv;
 
 namespace {
 
-Vec3 triple(const Words& words)
-{
-    Vec3 out;
-    std::memcpy(out.data(), words.array<float>(), sizeof out);
-    return out;
-}
-
 void change_light(Light& light, const WordList& list)
 {
     enum class Switch : uint8_t { none, shadow_map, global_size } target = Switch::none;
     for (Words words(list); words.next();) {
         switch (words.word()) {
-        case word::rgb: light.color = triple(words); break;
+        case word::rgb: light.color = words.triple(); break;
         case word::intensity: light.intensity = words.real(); break;
         case word::direction: light.model = LightModel::direction; break;
         case word::point: light.model = LightModel::point; break;
@@ -29,9 +22,9 @@ void change_light(Light& light, const WordList& list)
         case word::ambient: light.model = LightModel::ambient; break;
         case word::cutoff: light.cutoff = words.real(); break;
         case word::delta: light.delta = words.real(); break;
-        case word::shinedir: light.shine_direction = triple(words); break;
-        case word::shinefrom: light.shine_from = triple(words); break;
-        case word::shineat: light.shine_at = triple(words); break;
+        case word::shinedir: light.shine_direction = words.triple(); break;
+        case word::shinefrom: light.shine_from = words.triple(); break;
+        case word::shineat: light.shine_at = words.triple(); break;
         case word::shadowmap: target = Switch::shadow_map; break;
         case word::shadowmapsize: light.shadow_map_size = words.integer(); break;
         case word::useglobalvalues: target = Switch::global_size; break;
@@ -56,9 +49,9 @@ void change_camera(Camera& camera, const WordList& list)
             for (Camera& other : store().scene.cameras) other.active = &other == &camera;
             break;
         case word::focallength: camera.focal_length = words.real(); break;
-        case word::lookfrom: camera.look_from = triple(words); break;
-        case word::lookat: camera.look_at = triple(words); break;
-        case word::lookup: camera.look_up = triple(words); break;
+        case word::lookfrom: camera.look_from = words.triple(); break;
+        case word::lookat: camera.look_at = words.triple(); break;
+        case word::lookup: camera.look_up = words.triple(); break;
         case word::perspective: camera.perspective = true; break;
         case word::orthographic: camera.perspective = false; break;
         case word::window: std::memcpy(camera.window.data(), words.array<float>(), sizeof camera.window); break;

@@ -29,7 +29,7 @@ void change_backdrop(Backdrop& backdrop, const WordList& list)
         case word::color3: color = &backdrop.gradient[2]; break;
         case word::color4: color = &backdrop.gradient[3]; break;
         case word::rgb:
-            if (color) std::memcpy(color->emplace().data(), words.array<float>(), sizeof(Vec3));
+            if (color) *color = words.triple();
             break;
         case word::horiztop: on = &backdrop.horizon_top; break;
         case word::horizbot: on = &backdrop.horizon_bottom; break;

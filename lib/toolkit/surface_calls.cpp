@@ -46,7 +46,7 @@ private:
         switch (words.word()) {
         case 0: layer_ = nullptr, on_ = nullptr; return true; // an item-closing 1
         case word::rgb:
-            surface_.color = triple(words.array<float>());
+            surface_.color = words.triple();
             surface_.has_color = true;
             return true;
         case word::phong: surface_.phong = true; return true;
@@ -91,11 +91,11 @@ private:
         case word::uscale: layer_->uscale = words.real(); break;
         case word::vscale: layer_->vscale = words.real(); break;
         case word::scale:
-            layer_->scale = triple(words.array<float>());
+            layer_->scale = words.triple();
             layer_->placed = true;
             break;
         case word::translate:
-            layer_->translate = triple(words.array<float>());
+            layer_->translate = words.triple();
             layer_->placed = true;
             break;
         case word::worldspace: on_ = &layer_->world_space; break;
@@ -108,9 +108,8 @@ private:
             if (modulation_) on_ = &modulation_->invert;
             break;
         case word::multiplier:
-            modulation(words).multiplier = words.kind(1) == Value::float_3
-                                               ? triple(words.array<float>(1))
-                                               : Vec3{words.real(1), words.real(1), words.real(1)};
+            modulation(words).multiplier =
+                words.kind(1) == Value::float_3 ? words.triple(1) : Vec3{words.real(1), words.real(1), words.real(1)};
             break;
         case word::colorblend: modulation(words).blend = words.real(1); break;
         case word::mix: modulation(words).mix = words.real(1); break;
@@ -159,7 +158,7 @@ void change_texture(Texture& texture, const WordList& list)
         case word::color1: color = &texture.color1; break;
         case word::color2: color = &texture.color2; break;
         case word::rgb:
-            if (color) *color = triple(words.array<float>());
+            if (color) *color = words.triple();
             break;
         case word::param1: texture.param1 = words.real(); break;
         case word::param2: texture.param2 = words.real(); break;

@@ -1,5 +1,6 @@
 // Word lists as the toolkit's calls take them: varargs read into typed items. Store and trace both work from these.
 #pragma once
+#include <array>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
@@ -91,6 +92,11 @@ public:
     }
     float real(std::size_t i = 0) const { return *array<float>(i); }
     int32_t integer(std::size_t i = 0) const { return *array<int32_t>(i); }
+    std::array<float, 3> triple(std::size_t i = 0) const
+    {
+        const float* const from = array<float>(i);
+        return {from[0], from[1], from[2]};
+    }
     Value kind(std::size_t i) const { return at_[i].value; }
     // Where the call writes.
     template <class T>
