@@ -25,11 +25,6 @@ LayerChannel channel_of(int32_t token)
     }
 }
 
-Vec3 triple(const float* from)
-{
-    return {from[0], from[1], from[2]};
-}
-
 // Takes a surface's words. Some mean what the words before them opened: a layer, the environment, a switch.
 class SurfaceWriter {
 public:
