@@ -16,8 +16,8 @@ struct Ilbm {
     bool packed = false;          // ByteRun1
     bool mask_plane = false;
     bool camg = false;
-    uint32_t mode = 0; // CAMG: 0x800 HAM, 0x80 half-brite
-    std::string type = "ILBM";
+    uint32_t mode = 0;         // CAMG: 0x800 HAM, 0x80 half-brite
+    std::string type = "ILBM"; // or "PBM ": a byte a pixel, as PCs wrote it
 };
 
 inline void put16(std::string& to, unsigned value)
@@ -93,6 +93,14 @@ inline std::string write_ilbm(const Ilbm& picture)
     }
     const std::size_t row_bytes = (picture.width + 15) / 16 * 2;
     for (unsigned y = 0; y < picture.height; y++) {
+        if (picture.type == "PBM ") {
+            std::string row;
+            for (unsigned x = 0; x < picture.width; x++)
+                row += static_cast<char>(picture.values[y * picture.width + x]);
+            if (row.size() % 2) row += '\0';
+            body += picture.packed ? byte_run(row) : row;
+            continue;
+        }
         for (unsigned plane = 0; plane < picture.planes + (picture.mask_plane ? 1 : 0); plane++) {
             std::string row(row_bytes, '\0');
             for (unsigned x = 0; x < picture.width; x++) {

@@ -138,6 +138,18 @@ TEST(Ilbm, Ham8ModifiesTheUpperSixBits)
     }
 }
 
+TEST(Ilbm, ByteAPixelOfThePc)
+{
+    for (const bool packed : {false, true}) {
+        Ilbm picture{3, 2, 8, rainbow(256), {0, 200, 3, 255, 255, 255}, packed};
+        picture.type = "PBM ";
+        const DecodeResult image = decode(write_ilbm(picture));
+        ASSERT_EQ(image.error, "");
+        for (unsigned i = 0; i < 6; i++)
+            EXPECT_EQ(color_at(image, i % 3, i / 3), picture.palette[picture.values[i]]) << i;
+    }
+}
+
 TEST(Ilbm, TwentyFourPlanes)
 {
     for (const bool packed : {false, true}) {
