@@ -197,6 +197,7 @@ std::string CommandLine::help() const
             text.insert(++at, std::string(column, ' '));
         out += left + text + "\n";
     }
+    out += "\n  -h, --help                  this text\n";
     return out;
 }
 

@@ -162,12 +162,19 @@ static bool has_warnings(const gltf::Report& report)
                        [](const gltf::Note& note) { return note.level != gltf::Note::Level::info; });
 }
 
+static void make_directory_of(const fs::path& output)
+{
+    std::error_code error;
+    fs::create_directories(output.parent_path(), error);
+    if (error) throw Failure("cannot make the directory " + shown_path(output.parent_path()) + ": " + error.message());
+}
+
 static gltf::Report export_scene(const Job& job, const ConvertOptions& options, const gltf::Options& how)
 {
     const std::string format = !options.output.format.empty() ? options.output.format : "glb";
     std::vector<unsigned char> bytes;
     if (!job.output.empty() && !options.strict) {
-        fs::create_directories(job.output.parent_path());
+        make_directory_of(job.output);
         return gltf::write_scene(tv::scene(), job.output, how);
     }
     // Strict: all that there is to complain of has to be known before the first file is made.
@@ -177,7 +184,7 @@ static gltf::Report export_scene(const Job& job, const ConvertOptions& options, 
         write_to_standard_output(bytes);
         return report;
     }
-    fs::create_directories(job.output.parent_path());
+    make_directory_of(job.output);
     return gltf::write_scene(tv::scene(), job.output, how);
 }
 

@@ -208,42 +208,40 @@ std::string shown_path(const fs::path& path)
     return latin1 == path.string() ? tv::latin1_to_utf8(latin1) : path.string();
 }
 
-// A place that is the one before it with an extension more: that extension, else an empty text.
-static std::string added_extension(const std::string& place, const std::string& before)
+static std::string_view without_object_extension(std::string_view place)
 {
-    const bool longer = place.starts_with(before) && place.size() - before.size() <= 5;
-    const std::string rest = longer ? place.substr(before.size()) : "";
-    return rest == ".lwo" || rest == ".lw" || rest == ".lwob" ? rest : "";
+    for (const std::string_view extension : {".lwo", ".lw", ".lwob"})
+        if (place.ends_with(extension)) return place.substr(0, place.size() - extension.size());
+    return place;
 }
 
 std::string places_text(const std::vector<std::string>& tried, std::size_t most)
 {
     std::string text = "  looked for:";
-    std::size_t shown = 0, hidden = 0;
-    const std::string* base = nullptr;
+    std::size_t lines = 0;
+    std::string_view stem; // of the last line
     for (const std::string& place : tried) {
-        const std::string extension = base ? added_extension(place, *base) : "";
-        if (extension.empty()) base = &place;
-        if (shown >= most)
-            hidden += extension.empty();
-        else if (!extension.empty())
-            text += ", " + extension;
-        else
-            text += "\n    " + shown_path(place);
-        shown += extension.empty() && shown < most;
+        const std::string_view this_stem = without_object_extension(place);
+        if (lines > 0 && this_stem == stem) { // the same place with another extension
+            if (lines <= most && this_stem.size() < place.size()) text += ", " + place.substr(stem.size());
+            continue;
+        }
+        stem = this_stem;
+        if (++lines <= most) text += "\n    " + shown_path(place);
     }
-    if (hidden > 0)
-        text += "\n    and in " + counted(hidden, "more place", "more places") + " (lwimport find lists all)";
+    if (lines > most)
+        text += "\n    and in " + counted(lines - most, "more place", "more places") + " (lwimport find lists all)";
     return text;
 }
 
-// The plug-in keeps whole paths in 300 bytes: of a deep directory it is told the way from where it runs.
-static std::string short_enough(const std::string& directory, const std::string& from)
+// The way to a directory from the current one, `from`, where that is shorter: the plug-in keeps whole paths in 300 bytes,
+// and each element of a path is looked up.
+static std::string shortest(const std::string& directory, const std::string& from)
 {
-    constexpr std::size_t longest = 180;
-    if (directory.size() <= longest) return directory;
     const std::string relative = fs::path(directory).lexically_relative(from).string();
-    return relative.empty() || relative.size() >= directory.size() ? directory : relative;
+    std::error_code error; // ".." behind a link leads elsewhere
+    const bool better = !relative.empty() && relative.size() < directory.size();
+    return better && fs::equivalent(relative, directory, error) ? relative : directory;
 }
 
 static std::vector<Word> conversion_words(const ImportOptions& options, const std::string& root, const fs::path& input)
@@ -398,7 +396,7 @@ ImportRun import_file(const fs::path& input, const ImportOptions& options)
     std::vector<std::string> search;
     for (const std::string& directory :
          search_directories(run.directory, run.content_directory, references, options.search_path))
-        search.push_back(short_enough(directory, run.directory));
+        search.push_back(shortest(directory, run.directory));
     tv::set_search_path(std::move(search));
     for (const Reference& reference : references)
         if (reference.kind == ReferenceKind::object)
@@ -425,7 +423,7 @@ ImportRun import_file(const fs::path& input, const ImportOptions& options)
             [](void* self, int32_t level, const char* text) { static_cast<RunMessages*>(self)->take(level, text); },
             &messages);
         const OpenWatch watch(run.objects, run.directory);
-        const std::string root = joined(short_enough(run.content_directory, run.directory), "");
+        const std::string root = joined(shortest(run.content_directory, run.directory), "");
         run.imported = call_plugin(conversion_words(options, root, whole)) == 0;
         tv::set_report_sink(nullptr, nullptr);
         services::set_host({});

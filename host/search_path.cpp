@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <span>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "lib/platform/files.h"
@@ -59,26 +61,38 @@ static std::string resolve_file(const std::string& path, ReferenceKind kind)
     return found;
 }
 
-std::string resolve_stored(const std::string& directory, const Reference& reference, std::size_t least)
-{
-    const std::vector<std::string_view> elements = elements_of(reference.stored);
-    for (std::size_t first = 0; first < elements.size(); ++first) {
-        if (first > 0 && elements.size() - first < least) break;
+// System directories by a directory and elements below it; many stored paths lead through the same few.
+class Directories {
+public:
+    // Empty when there is none.
+    const std::string& find(const std::string& directory, std::span<const std::string_view> elements)
+    {
         std::string path = directory;
-        for (std::size_t i = first; i < elements.size(); ++i) path = joined(path, elements[i]);
-        if (std::string found = resolve_file(path, reference.kind); !found.empty()) return found;
+        for (const std::string_view element : elements) path = joined(path, element);
+        const auto [entry, is_new] = known_.try_emplace(path);
+        if (is_new) {
+            entry->second = platform::resolve(path);
+            if (!platform::is_directory(entry->second)) entry->second.clear();
+        }
+        return entry->second;
     }
-    return {};
-}
+
+private:
+    std::unordered_map<std::string, std::string> known_;
+};
 
 // How well `directory` explains a stored path: 3 the whole path is found below it, 2 its last elements, 1 the name alone.
-static std::size_t score(const std::string& directory, const Reference& reference)
+static std::size_t score(const std::string& directory, const Reference& reference, Directories& directories)
 {
-    const std::size_t elements = elements_of(reference.stored).size();
-    if (elements == 0) return 0;
-    if (!resolve_stored(directory, reference, elements).empty()) return elements > 1 ? 3 : 1;
-    if (!resolve_stored(directory, reference, 2).empty()) return 2;
-    return resolve_stored(directory, reference, 1).empty() ? 0 : 1;
+    const std::vector<std::string_view> elements = elements_of(reference.stored);
+    if (elements.empty()) return 0;
+    const std::span<const std::string_view> all(elements);
+    for (std::size_t first = 0; first < all.size(); ++first) {
+        const std::string& below = directories.find(directory, all.subspan(first, all.size() - 1 - first));
+        if (below.empty() || resolve_file(joined(below, all.back()), reference.kind).empty()) continue;
+        return first + 1 == all.size() ? 1 : first > 0 ? 2 : 3;
+    }
+    return 0;
 }
 
 // Where habit puts it: scenes lie in Scenes/, objects in Objects/ of the content directory, or deeper.
@@ -101,10 +115,11 @@ ContentDirectory find_content_directory(const std::string& start, const std::vec
     }
     ContentDirectory best{usual_content_directory(start), false};
     std::size_t best_score = 0;
+    Directories directories;
     fs::path at = start;
     for (std::size_t level = 0; level < max_levels_up; ++level, at = at.parent_path()) {
         std::size_t total = 0;
-        for (const Reference* const reference : distinct) total += score(at.string(), *reference);
+        for (const Reference* const reference : distinct) total += score(at.string(), *reference, directories);
         if (total > best_score) {
             best_score = total;
             best = {at.string(), true};
@@ -147,12 +162,17 @@ std::vector<std::string> search_directories(const std::string& start, const std:
     };
     add(start);
     add(content);
-    std::unordered_set<std::string> seen;
+    Directories stored;
     for (const Reference& reference : references) {
         if (directories.size() >= max_stored_directories) break;
-        if (!seen.insert(lower_case(reference.stored)).second) continue;
-        const std::string file = resolve_stored(content, reference, 2);
-        if (!file.empty()) add(fs::path(file).parent_path().string());
+        std::vector<std::string_view> elements = elements_of(reference.stored);
+        if (!elements.empty()) elements.pop_back();
+        for (std::span<const std::string_view> rest(elements); !rest.empty(); rest = rest.subspan(1)) {
+            const std::string& directory = stored.find(content, rest);
+            if (directory.empty()) continue;
+            add(directory);
+            break;
+        }
     }
     for (const std::string& below : usual_directories(start)) add(below);
     for (const std::string& below : usual_directories(content)) add(below);

@@ -21,13 +21,9 @@ struct ContentDirectory {
 };
 
 // The nearest directory at or above `start` below which most stored paths are found. Drive letters and Amiga volume
-// names are left out of account, leading elements too where the rest, of two elements or more, is found.
+// names are left out of account, leading elements too where the rest is found. A name is also tried with the extensions
+// of object files, and one that has such an extension without.
 ContentDirectory find_content_directory(const std::string& start, const std::vector<Reference>& references);
-
-// The file that a stored path names below `directory`: the whole path, without its volume or drive, else as many of its
-// last elements as are found, but at least `least`. A name is also tried with the extensions of object files, and one
-// that has such an extension without. Empty when there is none.
-std::string resolve_stored(const std::string& directory, const Reference& reference, std::size_t least);
 
 // Directories to look in, in order and without doubles: the input's own, the content directory, those that stored paths
 // lead to below it, both directories' sub-directories by usual names, then `further`.

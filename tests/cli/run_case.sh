@@ -6,7 +6,7 @@
 #   file PATH      exists and isn't empty; no PATH: doesn't exist; clean: no temporary file is left anywhere
 set -u
 program=$1 fixtures=$2 name=$3
-cases=$(dirname "${BASH_SOURCE[0]}")/cases.tsv
+cases=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/cases.tsv
 here=$(mktemp -d)
 trap 'chmod -R u+rwX "$here"; rm -rf "$here"' EXIT
 mkdir "$here/work" "$here/home"
