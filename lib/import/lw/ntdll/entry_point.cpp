@@ -5,7 +5,9 @@
 #include "lib/import/lw/lw2tv/bounded_text.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/options_file.h"
+#include "lib/import/lw/ntdll/about_box.h"
 #include "lib/import/lw/ntdll/option_variables.h"
+#include "lib/import/lw/ntdll/options_dialog.h"
 #include "lib/platform/files.h"
 #include "lib/services/import_io.h"
 
@@ -37,7 +39,9 @@ void Tavrin_Plugin_EntryPoint(char** names, void** values, int32_t* result, void
         } else if (std::strcmp(command, "validate_header") == 0) {
             *result = lw_auto_detect_filetype(static_cast<const char*>(value));
         } else if (std::strcmp(command, "show_options_dialog") == 0) {
-            *result = 0; // as after Cancel
+            *result = lw_show_options_dialog();
+        } else if (std::strcmp(command, "show_about_dialog") == 0) {
+            lw_show_about_dialog();
         } else if (std::strcmp(command, "execute_geometry_converter") == 0) {
             ImportConverter_Lightwave(names + 1, values ? values + 1 : nullptr, result, reserved);
             return;

@@ -28,8 +28,11 @@ extern "C" int LW_STDCALL DllMain(void* module, unsigned long reason, void*)
 }
 
 #if !defined(_WIN32)
+void lw_add_dialog_templates(); // made from imp_lw.rc by the build
+
 __attribute__((constructor)) static void attach()
 {
+    lw_add_dialog_templates();
     DllMain(nullptr, reason_process_attach, nullptr);
 }
 
