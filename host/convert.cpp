@@ -205,7 +205,7 @@ static void convert_one(const Job& job, const ConvertOptions& options, Totals& t
     gltf::Options how = export_options(options, run, job.input);
     gltf::Report report;
     {
-        Progress progress(name, !options.import.no_progress && !options.import.quiet);
+        Progress progress(shown_path(job.input.filename()), !options.import.no_progress && !options.import.quiet);
         how.progress = [&progress](std::size_t done, std::size_t total) { return progress.writing(done, total); };
         report = export_scene(job, options, how);
     }

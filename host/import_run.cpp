@@ -410,7 +410,7 @@ ImportRun import_file(const fs::path& input, const ImportOptions& options)
     tv::clear_scene();
     services::clear();
     {
-        Progress progress(name, !options.no_progress && !options.quiet);
+        Progress progress(shown_path(input.filename()), !options.no_progress && !options.quiet);
         services::Host host;
         host.report = [&messages](int32_t level, std::string_view text) {
             // The one that is told better below, with the stored path and the places.

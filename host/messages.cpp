@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "lib/toolkit/latin1.h"
@@ -66,11 +67,23 @@ void set_quiet(bool now)
     quiet = now;
 }
 
+// A line that the terminal would wrap couldn't be taken away again.
+static std::string cut_to_terminal(const std::string& line)
+{
+    struct winsize size = {};
+    std::size_t columns = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1 ? size.ws_col - 1u : 79u;
+    std::size_t end = 0;
+    for (; end < line.size(); ++end)
+        if ((static_cast<unsigned char>(line[end]) & 0xc0) != 0x80 && columns-- == 0) break; // a character begins
+    return line.substr(0, end);
+}
+
 void show_progress_line(const std::string& line)
 {
     if (!terminal() || (line.empty() && !progress_shown)) return;
     std::fputs("\r\033[K", stderr);
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    const std::string shown = without_controls(cut_to_terminal(line));
+    std::fwrite(shown.data(), 1, shown.size(), stderr);
     std::fflush(stderr);
     progress_shown = !line.empty();
 }

@@ -73,8 +73,8 @@ bool Progress::reading(const Import_IO_Abort_Record& record)
 bool Progress::writing(std::size_t done, std::size_t total)
 {
     if (due()) {
-        const std::size_t percent = total ? std::min<std::size_t>(100, done / (total / 100 + 1)) : 100;
-        show_progress_line(name_ + ": writing, " + std::to_string(percent) + " %");
+        const double share = total > 0 ? static_cast<double>(done) / static_cast<double>(total) : 1;
+        show_progress_line(name_ + ": writing, " + std::to_string(static_cast<int>(100 * std::min(share, 1.0))) + " %");
     }
     return interrupted();
 }
