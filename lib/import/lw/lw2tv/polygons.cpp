@@ -11,14 +11,14 @@
 
 static const int32_t index_step = 4000;
 static const int32_t poly_step = 1000;
+static const int32_t index_bytes = 2;
+static const int32_t smallest_polygon_bytes = 10; // of one that is kept: a count, three indices, a surface
 
-// A capacity of whole steps that holds more than `needed` entries. Half as much again at least, so that the copying
-// stays in proportion to the file.
-static int32_t grown_capacity(int32_t capacity, int32_t step, int64_t needed)
+// A capacity of whole steps that holds `needed` entries and one more. What the rest of the chunk can ask for is known,
+// and no more than the file has, so that an array grows once a chunk and is hardly ever copied.
+static int32_t grown_capacity(int32_t step, int64_t needed)
 {
-    int64_t grown = int64_t{capacity} + step;
-    grown = std::max({grown, int64_t{capacity} + capacity / 2, needed + 1});
-    return static_cast<int32_t>(std::min(grown + step - 1, int64_t{INT32_MAX}) / step * step);
+    return static_cast<int32_t>(std::min((needed / step + 1) * step, int64_t{INT32_MAX}));
 }
 
 static void* grow(void* block, int32_t capacity, std::size_t entry_size, const char* message)
@@ -30,15 +30,16 @@ static void* grow(void* block, int32_t capacity, std::size_t entry_size, const c
 
 static void make_room_for_indices(int32_t** face_indices, int32_t* index_capacity, int64_t needed)
 {
-    const int32_t capacity = grown_capacity(*index_capacity, index_step, needed);
+    const int32_t capacity = grown_capacity(index_step, needed);
     *face_indices = static_cast<int32_t*>(
         grow(*face_indices, capacity, sizeof(int32_t), "Out of memory while re-allocating MESH face indices array"));
     *index_capacity = capacity;
 }
 
-static void make_room_for_polygon(int32_t** verts_per_poly, char*** poly_surface, int32_t* poly_capacity)
+static void make_room_for_polygons(int32_t** verts_per_poly, char*** poly_surface, int32_t* poly_capacity,
+                                   int64_t needed)
 {
-    const int32_t capacity = grown_capacity(*poly_capacity, poly_step, *poly_capacity);
+    const int32_t capacity = grown_capacity(poly_step, needed);
     *verts_per_poly = static_cast<int32_t*>(grow(*verts_per_poly, capacity, sizeof(int32_t),
                                                  "Out of memory while re-allocating MESH vertices/polygon array"));
     *poly_surface = static_cast<char**>(
@@ -83,9 +84,14 @@ int16_t ReadPolygon(int32_t** face_indices, int32_t** verts_per_poly, char*** po
         *chunk_remaining -= 2;
         const int32_t there = std::min<int32_t>(count, *chunk_remaining / 2);
         if (count >= 3) {
-            const int64_t needed = int64_t{*num_indices} + count;
-            if (needed >= *index_capacity) make_room_for_indices(face_indices, index_capacity, needed);
-            if (*num_polygons + 1 >= *poly_capacity) make_room_for_polygon(verts_per_poly, poly_surface, poly_capacity);
+            const int64_t end = int64_t{*num_indices} + count;
+            if (end >= *index_capacity) {
+                make_room_for_indices(face_indices, index_capacity, end + *chunk_remaining / index_bytes);
+            }
+            if (*num_polygons + 1 >= *poly_capacity) {
+                make_room_for_polygons(verts_per_poly, poly_surface, poly_capacity,
+                                       int64_t{*num_polygons} + 1 + *chunk_remaining / smallest_polygon_bytes);
+            }
             (*verts_per_poly)[(*num_polygons)++] = count;
             int32_t* const indices = *face_indices + *num_indices;
             read_indices(indices, there);
@@ -106,6 +112,28 @@ int16_t ReadPolygon(int32_t** face_indices, int32_t** verts_per_poly, char*** po
     return result;
 }
 
+// A polygon that lies in the buffer as a whole, and for which there is room: nearly all of them. False for any other,
+// with nothing taken.
+static bool take_buffered_polygon(lw_object_data* object, int32_t* chunk_remaining, int16_t* surface_number)
+{
+    const int32_t there = std::min(lw_buf_io_chars_in_buffer, *chunk_remaining);
+    if (there < 2) return false;
+    const unsigned char* bytes = lw_buffered_bytes();
+    const int32_t count = static_cast<int16_t>(lw_u2_at(bytes));
+    const int32_t size = 2 * count + 4;
+    if (count < 3 || size > there) return false;
+    if (count >= object->index_capacity - object->num_indices) return false;
+    if (object->num_polygons + 1 >= object->poly_capacity) return false;
+    int32_t* out = object->face_indices + object->num_indices;
+    for (int32_t* const end = out + count; out != end; ++out) *out = lw_u2_at(bytes += 2) + 1;
+    *surface_number = static_cast<int16_t>(lw_u2_at(bytes + 2));
+    object->verts_per_poly[object->num_polygons++] = count;
+    object->num_indices += count;
+    *chunk_remaining -= size;
+    lw_take_bytes(size);
+    return true;
+}
+
 // The newest polygon's surface. Number 0, or a table with no name, links nothing: the polygon goes with the one before.
 static void link_surface(lw_object_data* object, int16_t surface_number)
 {
@@ -122,7 +150,8 @@ static void link_surface(lw_object_data* object, int16_t surface_number)
 static int16_t read_and_link(lw_object_data* object, int32_t* chunk_remaining)
 {
     int16_t surface_number = 1;
-    if (ReadPolygon(&object->face_indices, &object->verts_per_poly, &object->poly_surface, &object->index_capacity,
+    if (take_buffered_polygon(object, chunk_remaining, &surface_number) ||
+        ReadPolygon(&object->face_indices, &object->verts_per_poly, &object->poly_surface, &object->index_capacity,
                     &object->poly_capacity, &object->num_indices, &object->num_polygons, chunk_remaining,
                     &surface_number) == 0) {
         link_surface(object, surface_number);

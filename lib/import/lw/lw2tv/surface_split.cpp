@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 
 #include "lib/import/lw/lw2tv/bounded_text.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
@@ -14,27 +13,28 @@
 
 // A surface by its unique_name. The pointer decides, not the text: two entries of one text stay two surfaces.
 struct Surface_Key {
-    const char* unique_name;
+    const char* unique_name; // null: an empty place
     int32_t surface;
 };
 
-// A polygon and the place of its first index.
-struct Placed_Polygon {
-    int32_t polygon;
-    int32_t first_index;
+// Where a surface's polygons begin in the sorted arrays; they end where the next surface's begin.
+struct Surface_Start {
+    int32_t polygon, index;
 };
 
-// Polygons are sorted by surface once, so that all pieces together cost one pass over them.
+// The polygons are sorted by surface once, so that all pieces together cost one pass over them. A piece's arrays are
+// then stretches of the sorted ones.
 struct Split_Data {
-    int32_t* vertex_tag;      // a point's newest user: surface number from 1; 0 none
-    int32_t* vertex_remap;    // the point's index from 0 in the current piece; good where the tag is the piece's
-    int32_t* used_points;     // of the current piece
-    Surface_Key* keys;        // sorted by pointer
-    int32_t* first_polygon;   // of each surface in `polygons`, and one more for the end
-    Placed_Polygon* polygons; // in file order within a surface
+    int32_t* vertex_tag;   // a point's newest user: surface number from 1; 0 none
+    int32_t* vertex_remap; // the point's index from 0 in the current piece; good where the tag is the piece's
+    int32_t* used_points;  // of the current piece
+    Surface_Key* keys;     // a hash table of key_mask + 1 places
+    uint32_t key_mask;
+    int32_t* surface_of; // of each polygon; -1 none
+    Surface_Start* starts;
+    int32_t* sorted_indices;
+    int32_t* sorted_verts_per_poly;
     float* piece_vertices;
-    int32_t* piece_indices;
-    int32_t* piece_verts_per_poly;
 };
 
 static Split_Data split; // module-wide, so that a fatal exit leaves nothing that can't be freed
@@ -48,76 +48,96 @@ static void free_array(T** array)
     *array = nullptr;
 }
 
-static void free_piece()
-{
-    free_array(&split.piece_vertices);
-    free_array(&split.piece_indices);
-    free_array(&split.piece_verts_per_poly);
-}
-
 void lw_release_split_data()
 {
-    free_piece();
     free_array(&split.vertex_tag);
     free_array(&split.vertex_remap);
     free_array(&split.used_points);
     free_array(&split.keys);
-    free_array(&split.first_polygon);
-    free_array(&split.polygons);
+    free_array(&split.surface_of);
+    free_array(&split.starts);
+    free_array(&split.sorted_indices);
+    free_array(&split.sorted_verts_per_poly);
+    free_array(&split.piece_vertices);
 }
 
 template <typename T>
 static void allocate(T** array, int32_t clear, int32_t count, const char* message)
 {
-    *array = static_cast<T*>(Tv_Alloc_Memory(0, clear, static_cast<std::size_t>(count) * sizeof(T)));
+    const std::size_t entries = static_cast<std::size_t>(count > 0 ? count : 1);
+    *array = static_cast<T*>(Tv_Alloc_Memory(0, clear, entries * sizeof(T)));
     if (!*array) Import_IO_Report_Error(5, message);
 }
 
-static int32_t find_surface(const char* unique_name, int32_t num_keys)
+static Surface_Key* find_place(const char* unique_name)
 {
-    const Surface_Key* const keys = split.keys;
-    const Surface_Key* const end = keys + num_keys;
-    const Surface_Key* const found =
-        std::lower_bound(keys, end, unique_name,
-                         [](const Surface_Key& key, const char* name) { return std::less<>()(key.unique_name, name); });
-    return found != end && found->unique_name == unique_name ? found->surface : -1;
-}
-
-// Calls take(surface, polygon, first_index) for each polygon that has a surface, in file order.
-template <typename Take>
-static void for_each_polygon(const lw_object_data* object, int32_t num_keys, Take take)
-{
-    const char* last_name = nullptr;
-    int32_t surface = -1, first_index = 0;
-    for (int32_t i = 0; i < object->num_polygons; ++i) {
-        const char* const name = object->poly_surface[i];
-        if (name != last_name) { // polygons of a surface come in runs
-            last_name = name;
-            surface = name ? find_surface(name, num_keys) : -1;
-        }
-        if (surface >= 0) take(surface, i, first_index);
-        first_index += object->verts_per_poly[i];
+    const uint64_t number = reinterpret_cast<uintptr_t>(unique_name) * uint64_t{0x9E3779B97F4A7C15};
+    uint32_t place = static_cast<uint32_t>(number >> 32);
+    for (;; ++place) {
+        Surface_Key* const key = split.keys + (place & split.key_mask);
+        if (!key->unique_name || key->unique_name == unique_name) return key;
     }
 }
 
-// Counting sort by surface.
+static void make_keys(const lw_object_data* object, int32_t count, const char* message)
+{
+    int32_t places = 4;
+    while (places < 2 * count) places *= 2;
+    allocate(&split.keys, 1, places, message);
+    split.key_mask = static_cast<uint32_t>(places - 1);
+    for (int32_t i = 0; i < count; ++i) {
+        const char* const name = object->surface_names[i].unique_name;
+        *find_place(name) = {name, i};
+    }
+}
+
+// Finds every polygon's surface. Leaves at starts[surface + 2] how many polygons and indices it has.
+static void count_polygons(const lw_object_data* object)
+{
+    const char* last_name = nullptr;
+    int32_t surface = -1;
+    for (int32_t i = 0; i < object->num_polygons; ++i) {
+        const char* const name = object->poly_surface[i];
+        if (name != last_name) {
+            last_name = name;
+            const Surface_Key* const key = find_place(name);
+            surface = key->unique_name ? key->surface : -1;
+        }
+        split.surface_of[i] = surface;
+        if (surface < 0) continue;
+        ++split.starts[surface + 2].polygon;
+        split.starts[surface + 2].index += object->verts_per_poly[i];
+    }
+}
+
+// Counting sort by surface, in file order within each.
 static void sort_polygons(const lw_object_data* object, int32_t count)
 {
-    const char* const message = "Out of memory while allocating temporary MESH vertices/polygon array";
-    allocate(&split.keys, 0, count, message);
-    allocate(&split.first_polygon, 1, count + 2, message);
-    allocate(&split.polygons, 0, object->num_polygons, message);
-    for (int32_t i = 0; i < count; ++i) split.keys[i] = {object->surface_names[i].unique_name, i};
-    std::sort(split.keys, split.keys + count,
-              [](const Surface_Key& a, const Surface_Key& b) { return std::less<>()(a.unique_name, b.unique_name); });
-    // Counts stand two places up: the sums below leave each surface's start one place up, and the filling moves it to
-    // the next one's start, so that in the end every start stands in its own place.
-    int32_t* const starts = split.first_polygon;
-    for_each_polygon(object, count, [starts](int32_t surface, int32_t, int32_t) { ++starts[surface + 2]; });
-    for (int32_t i = 2; i < count + 2; ++i) starts[i] += starts[i - 1];
-    for_each_polygon(object, count, [starts](int32_t surface, int32_t polygon, int32_t first_index) {
-        split.polygons[starts[surface + 1]++] = {polygon, first_index};
-    });
+    const char* const polygons_message = "Out of memory while allocating temporary MESH vertices/polygon array";
+    const char* const indices_message = "Out of memory while allocating temporary MESH face indices array";
+    make_keys(object, count, polygons_message);
+    allocate(&split.surface_of, 0, object->num_polygons, polygons_message);
+    allocate(&split.starts, 1, count + 2, polygons_message);
+    count_polygons(object);
+    // The counts stand two places up: the sums leave each surface's start one place up, and the copying below moves it
+    // to the next one's start, so that in the end every start stands in its own place.
+    for (int32_t i = 2; i < count + 2; ++i) {
+        split.starts[i].polygon += split.starts[i - 1].polygon;
+        split.starts[i].index += split.starts[i - 1].index;
+    }
+    allocate(&split.sorted_verts_per_poly, 0, split.starts[count + 1].polygon, polygons_message);
+    allocate(&split.sorted_indices, 0, split.starts[count + 1].index, indices_message);
+    const int32_t* from = object->face_indices;
+    for (int32_t i = 0; i < object->num_polygons; ++i) {
+        const int32_t corners = object->verts_per_poly[i];
+        if (split.surface_of[i] >= 0) {
+            Surface_Start* const start = split.starts + split.surface_of[i] + 1;
+            split.sorted_verts_per_poly[start->polygon++] = corners;
+            std::copy(from, from + corners, split.sorted_indices + start->index);
+            start->index += corners;
+        }
+        from += corners;
+    }
 }
 
 static void make_parent(const lw_object_data* object, char* group_object_name, std::size_t size,
@@ -138,88 +158,73 @@ static void make_parent(const lw_object_data* object, char* group_object_name, s
     Import_IO_SaveHandleName(lw_tokens.instance, group_instance_name);
 }
 
-struct Piece_Size {
-    int32_t vertices, indices, polygons;
-};
-
-// Numbers the surface's points in the order of the file, and notes them. A file's index may name no point.
-static Piece_Size collect_points(const lw_object_data* object, int32_t surface)
+// Notes the points that the indices name, in the order of the file, and numbers them. An index may name no point.
+static int32_t collect_points(const int32_t* indices, int32_t num_indices, int32_t num_points, int32_t tag)
 {
-    Piece_Size size = {};
-    const int32_t tag = surface + 1;
-    int32_t lowest = INT32_MAX, highest = -1;
-    for (int32_t p = split.first_polygon[surface]; p < split.first_polygon[surface + 1]; ++p) {
-        const Placed_Polygon placed = split.polygons[p];
-        const int32_t corners = object->verts_per_poly[placed.polygon];
-        ++size.polygons;
-        size.indices += corners;
-        for (int32_t i = 0; i < corners; ++i) {
-            const int32_t point = object->face_indices[placed.first_index + i] - 1;
-            if (point < 0 || point >= object->num_vertices || split.vertex_tag[point] == tag) continue;
-            split.vertex_tag[point] = tag;
-            split.used_points[size.vertices++] = point;
-            lowest = std::min(lowest, point);
-            highest = std::max(highest, point);
-        }
+    int32_t count = 0, lowest = INT32_MAX, highest = -1;
+    for (int32_t i = 0; i < num_indices; ++i) {
+        const int32_t point = indices[i] - 1;
+        if (point < 0 || point >= num_points || split.vertex_tag[point] == tag) continue;
+        split.vertex_tag[point] = tag;
+        split.used_points[count++] = point;
+        lowest = std::min(lowest, point);
+        highest = std::max(highest, point);
     }
-    if (highest - lowest < size.vertices * int64_t{16}) { // dense: reading the tags beats sorting
-        size.vertices = 0;
+    if (highest - lowest < count * int64_t{16}) { // dense: reading the tags beats sorting
+        count = 0;
         for (int32_t point = lowest; point <= highest; ++point) {
-            if (split.vertex_tag[point] == tag) split.used_points[size.vertices++] = point;
+            if (split.vertex_tag[point] == tag) split.used_points[count++] = point;
         }
     } else {
-        std::sort(split.used_points, split.used_points + size.vertices);
+        std::sort(split.used_points, split.used_points + count);
     }
-    for (int32_t i = 0; i < size.vertices; ++i) split.vertex_remap[split.used_points[i]] = i;
-    return size;
+    for (int32_t i = 0; i < count; ++i) split.vertex_remap[split.used_points[i]] = i;
+    return count;
 }
 
-static void fill_piece(const lw_object_data* object, int32_t surface, const Piece_Size& size)
+// Indices of the object become those of the piece. What names no point of the one names none of the other.
+static void remap_indices(int32_t* indices, int32_t num_indices, int32_t num_points, int32_t num_piece_points)
 {
-    for (int32_t i = 0; i < size.vertices; ++i) {
-        std::memcpy(split.piece_vertices + std::size_t{3} * static_cast<std::size_t>(i),
-                    object->vertices + std::size_t{3} * static_cast<std::size_t>(split.used_points[i]),
-                    3 * sizeof(float));
+    for (int32_t i = 0; i < num_indices; ++i) {
+        const int32_t point = indices[i] - 1;
+        const bool is_point = point >= 0 && point < num_points;
+        indices[i] = (is_point ? split.vertex_remap[point] : num_piece_points) + 1;
     }
-    int32_t* index = split.piece_indices;
-    int32_t* corner_count = split.piece_verts_per_poly;
-    for (int32_t p = split.first_polygon[surface]; p < split.first_polygon[surface + 1]; ++p) {
-        const Placed_Polygon placed = split.polygons[p];
-        const int32_t corners = object->verts_per_poly[placed.polygon];
-        *corner_count++ = corners;
-        for (int32_t i = 0; i < corners; ++i) {
-            const int32_t point = object->face_indices[placed.first_index + i] - 1;
-            // What names no point of the object names none of the piece.
-            const bool is_point = point >= 0 && point < object->num_vertices;
-            *index++ = (is_point ? split.vertex_remap[point] : size.vertices) + 1;
-        }
+}
+
+static void copy_points(const lw_object_data* object, int32_t count)
+{
+    for (int32_t i = 0; i < count; ++i) {
+        const float* const point = object->vertices + std::size_t{3} * static_cast<std::size_t>(split.used_points[i]);
+        std::copy(point, point + 3, split.piece_vertices + std::size_t{3} * static_cast<std::size_t>(i));
     }
 }
 
 static void output_piece(const lw_object_data* object, int32_t surface, const char* group_object_name,
                          const char* parent_name, int16_t add_to_imported_list)
 {
-    const Piece_Size size = collect_points(object, surface);
-    if (size.vertices == 0 || size.polygons == 0 || size.indices == 0) return;
-    allocate(&split.piece_vertices, 0, 3 * size.vertices, "Out of memory while allocating temporary vertex array");
-    allocate(&split.piece_indices, 0, size.indices, "Out of memory while allocating temporary MESH face indices array");
-    allocate(&split.piece_verts_per_poly, 0, size.polygons,
-             "Out of memory while allocating temporary MESH vertices/polygon array");
-    fill_piece(object, surface, size);
+    const Surface_Start start = split.starts[surface], end = split.starts[surface + 1];
+    int32_t* const indices = split.sorted_indices + start.index;
+    const int32_t num_polygons = end.polygon - start.polygon, num_indices = end.index - start.index;
+    const int32_t num_vertices = collect_points(indices, num_indices, object->num_vertices, surface + 1);
+    if (num_vertices == 0) return; // no polygon, or none that names a point
+    allocate(&split.piece_vertices, 0, 3 * num_vertices, "Out of memory while allocating temporary vertex array");
+    copy_points(object, num_vertices);
+    remap_indices(indices, num_indices, object->num_vertices, num_vertices);
 
     const LW_Surface_Name& entry = object->surface_names[surface];
     const LW_Surface_Info* const info = object->surface_info + surface;
     char piece_object_name[name_size], instance_name[name_size];
-    LW_Output_Mesh(entry.name, size.polygons, size.vertices, split.piece_verts_per_poly, split.piece_vertices,
-                   split.piece_indices, entry.unique_name, piece_object_name, info, nullptr, nullptr, parent_name,
-                   nullptr, add_to_imported_list);
+    LW_Output_Mesh(entry.name, num_polygons, num_vertices, split.sorted_verts_per_poly + start.polygon,
+                   split.piece_vertices, indices, entry.unique_name, piece_object_name, info, nullptr, nullptr,
+                   parent_name, nullptr, add_to_imported_list);
     Import_IO_MakeNameUnique(lw_tokens.instance, piece_object_name, instance_name);
     Tv_Add_Instance(lw_tokens.instance, instance_name, lw_tokens.object, piece_object_name, 0);
     Tv_Attach(lw_tokens.instance, instance_name, lw_tokens.object, group_object_name, 0);
     Import_IO_SaveHandleName(lw_tokens.instance, instance_name);
     UpdateInstanceWithSurfaceInfo(instance_name, info);
     if (add_to_imported_list) LWS_Add_Instance_To_Imported_List(instance_name);
-    free_piece();
+    free_array(&split.piece_vertices);
 }
 
 void lw_split_by_surface(lw_object_data* object, char* instance_name_out, char* object_name_out,
