@@ -12,8 +12,9 @@ namespace gltf {
 namespace {
 
 constexpr double units_per_second = 4800;
-constexpr double jump_length = 0.1; // 1/4800 s: how long a step from one value to another takes
-constexpr double rotation_tolerance = 0.018 * 0.017453292519943295; // radians; 0.02 degrees less what rounding takes
+// Samples that the arc between others gives this closely are left out: at the end of an arm of 10 units it is a third of
+// a thousandth.
+constexpr double rotation_tolerance = 0.002 * 0.017453292519943295; // radians
 constexpr double still_rotation = 1e-6;                             // radians: turns below this are none
 constexpr std::size_t track_knots = 100000;                         // a channel's, beyond its own
 constexpr std::size_t all_knots = 20000000;                         // the file's, beyond the scene's own
@@ -67,16 +68,15 @@ const Motion& Animator::motion(tv::Id id)
     const tv::InstanceChannels& channels = *scene_.instances[id].channels;
     const std::array<Track, 3> position = tracks(channels.position, 0), scale = tracks(channels.scale, 1),
                                angle = tracks(channels.rotation, 0);
-    const auto rotation = [&](double time, bool behind) {
-        return euler_rotation(sample(angle[0], time, behind).value, sample(angle[1], time, behind).value,
-                              sample(angle[2], time, behind).value);
+    const auto rotation = [&](double time) {
+        return euler_rotation(value_at(angle[0], time), value_at(angle[1], time), value_at(angle[2], time));
     };
     for (int i = 0; i < 3; ++i) {
         const auto k = static_cast<std::size_t>(i);
-        motion.start.translation[i] = sample(position[k], start_time_, false).value * scale_;
-        motion.start.scale[i] = sample(scale[k], start_time_, false).value;
+        motion.start.translation[i] = value_at(position[k], start_time_) * scale_;
+        motion.start.scale[i] = value_at(scale[k], start_time_);
     }
-    motion.start.rotation = rotation(start_time_, false);
+    motion.start.rotation = rotation(start_time_);
     motion.translation = spline_sampler(position, scale_);
     motion.scale = spline_sampler(scale, 1);
     motion.rotation = rotation_sampler(angle, rotation);
@@ -84,13 +84,12 @@ const Motion& Animator::motion(tv::Id id)
 }
 
 // Key times in seconds from the file's start, strictly rising also where 32 bits can't tell two of them apart.
-std::vector<float> Animator::seconds(const std::vector<KeyTime>& keys) const
+std::vector<float> Animator::seconds(const std::vector<Moment>& moments) const
 {
     std::vector<float> result;
-    result.reserve(keys.size());
-    for (const KeyTime& key : keys) {
-        const double time = key.time + (key.behind ? jump_length : 0) - first_time_;
-        float second = file_float(time / units_per_second);
+    result.reserve(moments.size());
+    for (const Moment& moment : moments) {
+        float second = file_float((moment.time - first_time_) / units_per_second);
         if (!result.empty() && second <= result.back()) second = std::nextafter(result.back(), HUGE_VALF);
         result.push_back(second);
     }
@@ -107,27 +106,17 @@ uint32_t Animator::input(const std::vector<float>& times)
 uint32_t Animator::spline_sampler(const std::array<Track, 3>& tracks, double factor)
 {
     if (still_ || (is_constant(tracks[0]) && is_constant(tracks[1]) && is_constant(tracks[2]))) return none;
-    std::vector<KeyTime> keys;
-    for (const double time : knot_times(tracks)) {
-        keys.push_back({time, false});
-        if (jumps_at(tracks, time)) keys.push_back({time, true});
-    }
+    const std::vector<Moment> keys = moments(tracks, 0);
     std::vector<float> values; // a key: slopes in, values, slopes out, three numbers each
     values.reserve(keys.size() * 9);
+    const double per_second = units_per_second * factor;
     for (std::size_t i = 0; i < keys.size(); ++i) {
-        const bool before_jump = i + 1 < keys.size() && keys[i + 1].behind;
-        const double time = keys[i].time + (keys[i].behind ? jump_length : 0);
-        std::array<Sample, 3> in, out;
-        for (std::size_t k = 0; k < 3; ++k) {
-            in[k] = sample(tracks[k], time, keys[i].behind);
-            out[k] = sample(tracks[k], time, true);
-            // Across a jump the line goes straight up: no slope on either side of it.
-            if (keys[i].behind) in[k].slope = 0;
-            if (before_jump) out[k].slope = 0;
-        }
-        for (const Sample& s : in) values.push_back(file_float(s.slope * units_per_second * factor));
-        for (const Sample& s : in) values.push_back(file_float(s.value * factor));
-        for (const Sample& s : out) values.push_back(file_float(s.slope * units_per_second * factor));
+        // Across a jump the line goes straight up: no slope on either side of it.
+        const double in = keys[i].flat ? 0 : per_second;
+        const double out = i + 1 < keys.size() && keys[i + 1].flat ? 0 : per_second;
+        for (const Track& track : tracks) values.push_back(file_float(slope_at(track, keys[i].of, false) * in));
+        for (const Track& track : tracks) values.push_back(file_float(value_at(track, keys[i].of) * factor));
+        for (const Track& track : tracks) values.push_back(file_float(slope_at(track, keys[i].of, true) * out));
     }
     AnimationSampler sampler;
     sampler.cubic = true;
@@ -138,40 +127,29 @@ uint32_t Animator::spline_sampler(const std::array<Track, 3>& tracks, double fac
 }
 
 // Time between two samples, 1/4800 s: a frame, or more where that would be too many.
-double Animator::frame_step(double first, double last, std::size_t knots)
+double Animator::frame_step(const Span& span)
 {
     const double rate = std::clamp(scene_.time_line.frame_rate, 1, 4800);
     const double step = units_per_second / rate;
     const double allowed = static_cast<double>(std::max<std::size_t>(std::min(track_knots, budget_), 1));
-    const double wanted = (last - first) / step;
-    budget_ -= std::min(budget_, static_cast<std::size_t>(std::min(wanted, allowed)) + knots);
+    const double wanted = (span.last - span.first) / step;
+    budget_ -= std::min(budget_, static_cast<std::size_t>(std::min(wanted, allowed)) + span.knots);
     if (wanted <= allowed) return step;
     ++coarse_;
     return step * std::ceil(wanted / allowed);
 }
 
 uint32_t Animator::rotation_sampler(std::span<const Track> tracks,
-                                    const std::function<glm::dquat(double time, bool behind)>& rotation)
+                                    const std::function<glm::dquat(double time)>& rotation)
 {
-    const std::vector<double> knots = knot_times(tracks);
-    if (still_ || knots.empty()) return none;
-    const double step = frame_step(knots.front(), knots.back(), knots.size());
-    std::vector<KeyTime> keys;
-    double frame = std::floor(knots.front() / step) + 1;
-    for (std::size_t i = 0; i < knots.size(); ++i) {
-        // Frames between the knots. Those that all but hit one give way to it.
-        for (; i > 0 && frame * step < knots[i]; ++frame)
-            if (frame * step > knots[i - 1] + 2 * jump_length && frame * step < knots[i] - 2 * jump_length)
-                keys.push_back({frame * step, false});
-        keys.push_back({knots[i], false});
-        if (jumps_at(tracks, knots[i])) keys.push_back({knots[i], true});
-    }
-
+    const Span span = span_of(tracks);
+    if (still_ || span.knots == 0) return none;
+    const std::vector<Moment> keys = moments(tracks, frame_step(span));
     std::vector<glm::dquat> rotations;
     rotations.reserve(keys.size());
     double widest = 0;
-    for (const KeyTime& key : keys) {
-        rotations.push_back(rotation(key.time, key.behind));
+    for (const Moment& key : keys) {
+        rotations.push_back(rotation(key.of));
         widest = std::max(widest, angle_between(rotations.front(), rotations.back()));
     }
     if (widest < still_rotation) return none;
@@ -217,7 +195,7 @@ void Animator::finish()
         note(report_, Note::Level::warning, counted(faults_.not_finite, "key") + " left out: not a number");
     if (faults_.cut != 0)
         note(report_, Note::Level::warning,
-             counted(faults_.cut, "channel") + " repeat too often for the time line and stop before its end");
+             counted(faults_.cut, "channel") + " with too many repetitions for the time line: not filled to its end");
     if (coarse_ != 0)
         note(report_, Note::Level::warning,
              counted(coarse_, "rotation") + " sampled less than once a frame: the time line is too long");

@@ -36,10 +36,9 @@ public:
     // A CUBICSPLINE sampler of three tracks, values times `factor`; `none` where all are constant, or in a still.
     uint32_t spline_sampler(const std::array<Track, 3>& tracks, double factor);
 
-    // A LINEAR sampler of a rotation at every frame and every knot of `tracks`. `rotation` is asked at rising times, at a
-    // jump first for the side before. `none` where it is constant, or in a still.
-    uint32_t rotation_sampler(std::span<const Track> tracks,
-                              const std::function<glm::dquat(double time, bool behind)>& rotation);
+    // A LINEAR sampler of a rotation at every frame and every knot of `tracks`; `rotation` is asked at rising times.
+    // `none` where it is constant, or in a still.
+    uint32_t rotation_sampler(std::span<const Track> tracks, const std::function<glm::dquat(double time)>& rotation);
 
     void add_channel(AnimationChannel::Path path, uint32_t sampler, uint32_t node);
 
@@ -47,13 +46,9 @@ public:
     void finish();
 
 private:
-    struct KeyTime {
-        double time = 0;
-        bool behind = false; // the second of a pair at a jump
-    };
-    std::vector<float> seconds(const std::vector<KeyTime>& keys) const;
+    std::vector<float> seconds(const std::vector<Moment>& moments) const;
     uint32_t input(const std::vector<float>& times);
-    double frame_step(double first, double last, std::size_t knots);
+    double frame_step(const Span& span);
 
     const tv::Scene& scene_;
     Tables& tables_;

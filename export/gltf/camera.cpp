@@ -25,10 +25,9 @@ glm::dquat level(const glm::dvec3& direction)
     return look_along(direction, {0, 1, 0});
 }
 
-glm::dvec3 value_of(const std::array<Track, 3>& tracks, double time, bool behind)
+glm::dvec3 value_of(const std::array<Track, 3>& tracks, double time)
 {
-    return {sample(tracks[0], time, behind).value, sample(tracks[1], time, behind).value,
-            sample(tracks[2], time, behind).value};
+    return {value_at(tracks[0], time), value_at(tracks[1], time), value_at(tracks[2], time)};
 }
 
 bool has_keys(const tv::CameraChannels& channels)
@@ -56,30 +55,30 @@ LookPath::LookPath(const tv::Camera& camera, Animator& animator)
     for (const auto* tracks : {&from, &at})
         for (const Track& track : *tracks) first = std::min(first, track.front().time);
     first = std::min(first, roll.front().time);
-    const glm::dvec3 direction = value_of(at, first, true) - value_of(from, first, true);
+    const glm::dvec3 direction = value_of(at, first) - value_of(from, first);
     const glm::dquat start = look_along(direction, vector_of(camera.look_up));
     const glm::dquat difference = glm::conjugate(level(direction)) * start;
-    turn_ = 2 * std::atan2(difference.z, difference.w) - sample(roll, first, true).value * radians;
+    turn_ = 2 * std::atan2(difference.z, difference.w) - value_at(roll, first) * radians;
 }
 
-glm::dquat LookPath::orientation(double time, bool behind)
+glm::dquat LookPath::orientation(double time)
 {
     if (!moves_) return still_;
     constexpr double small_step = 0.866; // cosine of 30 degrees
-    glm::dvec3 direction = value_of(at, time, behind) - value_of(from, time, behind);
+    glm::dvec3 direction = value_of(at, time) - value_of(from, time);
     const double length = glm::length(direction);
     direction = length > 0 && std::isfinite(length) ? direction / length : direction_;
     const glm::dquat base = level(direction);
     const glm::dvec3 right = base * glm::dvec3(1, 0, 0);
     // Over the zenith "level" turns half round from one moment to the next, though the camera looks nearly the same way.
     // It doesn't: it goes on upside down. A cut, where the direction changes too, isn't that.
-    if (started_ && !behind && glm::dot(direction, direction_) > small_step && glm::dot(right, right_) < 0)
+    if (started_ && glm::dot(direction, direction_) > small_step && glm::dot(right, right_) < 0)
         upside_down_ = !upside_down_;
     started_ = true;
     direction_ = direction;
     right_ = right;
     // Seen along the line of sight the roll turns to the left: about +Z of a camera that looks along -Z.
-    const double angle = sample(roll, time, behind).value * radians + turn_ + (upside_down_ ? half_turn : 0);
+    const double angle = value_at(roll, time) * radians + turn_ + (upside_down_ ? half_turn : 0);
     return base * glm::angleAxis(angle, glm::dvec3(0, 0, 1));
 }
 
@@ -121,23 +120,22 @@ void make_cameras(const tv::Scene& scene, const Options& options, Animator& anim
         const auto number = static_cast<uint32_t>(tables.nodes.size());
         LookPath path(*camera, animator);
         Placing placing;
-        placing.translation = value_of(path.from, animator.start_time(), false) * unit;
+        placing.translation = value_of(path.from, animator.start_time()) * unit;
         // Walked in frames to where the still is, or the time line starts: see LookPath.
         LookPath walk = path;
         const std::array<Track, 7> all = {path.from[0], path.from[1], path.from[2], path.at[0],
                                           path.at[1],   path.at[2],   path.roll};
-        const std::vector<double> knots = knot_times(all);
+        const Span span = span_of(all);
         const double frame = 4800.0 / std::clamp(scene.time_line.frame_rate, 1, 4800);
-        const double begin = knots.empty() ? animator.start_time() : knots.front();
+        const double begin = span.knots == 0 ? animator.start_time() : span.first;
         const double step = std::max(frame, (animator.start_time() - begin) / static_cast<double>(most_steps));
-        for (double time = begin; time < animator.start_time(); time += step) walk.orientation(time, false);
-        placing.rotation = walk.orientation(animator.start_time(), false);
+        for (double time = begin; time < animator.start_time(); time += step) walk.orientation(time);
+        placing.rotation = walk.orientation(animator.start_time());
         place_node(node, placing);
         animator.add_channel(AnimationChannel::Path::translation, animator.spline_sampler(path.from, unit), number);
-        animator.add_channel(
-            AnimationChannel::Path::rotation,
-            animator.rotation_sampler(all, [&](double time, bool behind) { return path.orientation(time, behind); }),
-            number);
+        animator.add_channel(AnimationChannel::Path::rotation,
+                             animator.rotation_sampler(all, [&](double time) { return path.orientation(time); }),
+                             number);
         node.camera = static_cast<uint32_t>(tables.cameras.size());
         tables.roots.push_back(number);
         tables.nodes.push_back(std::move(node));

@@ -14,7 +14,7 @@ void make_cameras(const tv::Scene& scene, const Options& options, Animator& anim
 class LookPath {
 public:
     LookPath(const tv::Camera& camera, Animator& animator);
-    glm::dquat orientation(double time, bool behind);
+    glm::dquat orientation(double time);
     bool moves() const { return moves_; } // there are keys
 
     std::array<Track, 3> from, at;

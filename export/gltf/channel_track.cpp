@@ -36,7 +36,7 @@ Track own_knots(const std::vector<tv::Key>& keys, TrackFaults& faults)
 // The knot where one turn of a cycle ends and the next starts.
 Knot seam(const Track& turn, double time)
 {
-    return {time, turn.back().value_in, turn.front().value_out, turn.back().slope_in, turn.front().slope_out};
+    return {time, turn.back().value_in, turn.front().value_out, turn.back().slope_in, turn.front().slope_out, false};
 }
 
 // Copies of `turn` behind it, until `end` is covered.
@@ -47,6 +47,7 @@ bool repeat_behind(const Track& turn, double end, std::size_t limit, Track& trac
     std::size_t made = 0;
     while (track.back().time < end) {
         track.back() = seam(turn, track.back().time);
+        track.back().late = shift == period; // the channel's own last key keeps its value
         for (std::size_t i = 1; i < turn.size() && track.back().time < end; ++i) {
             if (++made > limit) return false;
             track.push_back(turn[i]);
@@ -54,6 +55,10 @@ bool repeat_behind(const Track& turn, double end, std::size_t limit, Track& trac
         }
         shift += period;
     }
+    // Where the range ends with a turn the next one's first value is what stands there.
+    if (track.back().time == end && end > turn.back().time && track.back().value_in == turn.back().value_in &&
+        track.back().time == turn.back().time + shift - period)
+        track.back() = seam(turn, end);
     return true;
 }
 
@@ -87,7 +92,7 @@ Track make_track(const tv::Channel& channel, double fallback, const TrackLimits&
 {
     std::vector<tv::Key> keys = tv::sorted_keys(channel);
     faults.not_finite += std::erase_if(keys, [](const tv::Key& key) { return !is_finite(key); });
-    if (keys.empty()) return {Knot{0, fallback, fallback, 0, 0}};
+    if (keys.empty()) return {Knot{0, fallback, fallback, 0, 0, false}};
 
     const Track own = own_knots(keys, faults);
     Track track = own;
@@ -95,36 +100,60 @@ Track make_track(const tv::Channel& channel, double fallback, const TrackLimits&
     bool complete = true;
     if (channel.after == tv::Extrapolation::cycle)
         complete = repeat_behind(own, limits.end, limits.knots, track);
-    else if (channel.after == tv::Extrapolation::reset && limits.end > own.back().time)
+    else if (channel.after == tv::Extrapolation::reset && limits.end > own.back().time) {
         track.back().value_out = own.front().value_in;
+        track.back().late = true;
+    }
     if (channel.before == tv::Extrapolation::cycle) complete &= repeat_before(own, limits.start, limits.knots, track);
     if (!complete) ++faults.cut;
     return track;
 }
 
-Sample sample(const Track& track, double time, bool behind)
+namespace {
+
+// The first knot behind `time`, or at it where `behind` is off.
+Track::const_iterator next_knot(const Track& track, double time, bool behind)
 {
-    // The first knot behind `time`; with `behind` off, a knot at `time` counts as behind it.
-    const auto next = behind ? std::upper_bound(track.begin(), track.end(), time,
-                                                [](double t, const Knot& knot) { return t < knot.time; })
-                             : std::lower_bound(track.begin(), track.end(), time,
-                                                [](const Knot& knot, double t) { return knot.time < t; });
-    if (next == track.begin()) {
-        // Before everything the value holds; a knot at `time` may still start a slope of its own.
-        const bool at_knot = next->time == time;
-        return {next->value_in, at_knot ? next->slope_in : 0};
+    return behind ? std::upper_bound(track.begin(), track.end(), time,
+                                     [](double t, const Knot& knot) { return t < knot.time; })
+                  : std::lower_bound(track.begin(), track.end(), time,
+                                     [](const Knot& knot, double t) { return knot.time < t; });
+}
+
+// A Hermite piece as a polynomial of s, 0 to 1: value = from + a s + square s^2 + cube s^3.
+struct Piece {
+    double from, a, square, cube, length;
+    Piece(const Knot& left, const Knot& right) : from(left.value_out), length(right.time - left.time)
+    {
+        a = left.slope_out * length;
+        const double b = right.slope_in * length, rise = right.value_in - left.value_out;
+        square = 3 * rise - 2 * a - b;
+        cube = a + b - 2 * rise;
     }
-    const Knot& from = *(next - 1);
-    if (next == track.end()) return {from.value_out, from.time == time ? from.slope_out : 0};
-    const Knot& to = *next;
-    const double length = to.time - from.time;
-    const double s = (time - from.time) / length;
-    const double a = from.slope_out * length, b = to.slope_in * length;
-    const double rise = to.value_in - from.value_out;
-    // Hermite: value = from + a s + (3 rise - 2 a - b) s^2 + (a + b - 2 rise) s^3. The ends come out exactly.
-    if (s >= 1) return {to.value_in, to.slope_in};
-    const double square = 3 * rise - 2 * a - b, cube = a + b - 2 * rise;
-    return {from.value_out + s * (a + s * (square + s * cube)), (a + s * (2 * square + 3 * s * cube)) / length};
+};
+
+} // namespace
+
+double value_at(const Track& track, double time)
+{
+    const auto next = next_knot(track, time, false);
+    if (next != track.end() && next->time == time) return next->late ? next->value_in : next->value_out;
+    if (next == track.begin()) return next->value_in;
+    if (next == track.end()) return track.back().value_out;
+    const Piece piece(*(next - 1), *next);
+    const double s = (time - (next - 1)->time) / piece.length;
+    return piece.from + s * (piece.a + s * (piece.square + s * piece.cube));
+}
+
+double slope_at(const Track& track, double time, bool behind)
+{
+    const auto next = next_knot(track, time, behind);
+    if (next == track.begin() || next == track.end()) return 0; // it holds outside
+    if (!behind && next->time == time) return next->slope_in;
+    if (behind && (next - 1)->time == time) return (next - 1)->slope_out;
+    const Piece piece(*(next - 1), *next);
+    const double s = (time - (next - 1)->time) / piece.length;
+    return (piece.a + s * (2 * piece.square + 3 * s * piece.cube)) / piece.length;
 }
 
 bool is_constant(const Track& track)
@@ -139,25 +168,73 @@ bool is_constant(const Track& track)
     return true;
 }
 
-std::vector<double> knot_times(std::span<const Track> tracks)
+namespace {
+
+// Knot times of the tracks that move, each once, and the jumps there.
+struct Event {
+    double time = 0;
+    bool early = false, late = false;
+};
+
+std::vector<Event> events(std::span<const Track> tracks)
 {
-    std::vector<double> times;
+    std::vector<Event> all;
     for (const Track& track : tracks)
         if (!is_constant(track))
-            for (const Knot& knot : track) times.push_back(knot.time);
-    std::sort(times.begin(), times.end());
-    times.erase(std::unique(times.begin(), times.end()), times.end());
-    return times;
+            for (const Knot& knot : track)
+                all.push_back({knot.time, knot.jumps() && !knot.late, knot.jumps() && knot.late});
+    std::stable_sort(all.begin(), all.end(), [](const Event& a, const Event& b) { return a.time < b.time; });
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (kept > 0 && all[kept - 1].time == all[i].time) {
+            all[kept - 1].early |= all[i].early;
+            all[kept - 1].late |= all[i].late;
+        } else {
+            all[kept++] = all[i];
+        }
+    }
+    all.resize(kept);
+    return all;
 }
 
-bool jumps_at(std::span<const Track> tracks, double time)
+} // namespace
+
+std::vector<Moment> moments(std::span<const Track> tracks, double frame)
 {
-    for (const Track& track : tracks) {
-        const auto found = std::lower_bound(track.begin(), track.end(), time,
-                                            [](const Knot& knot, double t) { return knot.time < t; });
-        if (found != track.end() && found->time == time && found->jumps()) return true;
+    std::vector<Moment> result;
+    const std::vector<Event> knots = events(tracks);
+    if (knots.empty()) return result;
+    double number = frame > 0 ? std::floor(knots.front().time / frame) + 1 : 0;
+    for (std::size_t i = 0; i < knots.size(); ++i) {
+        const Event& knot = knots[i];
+        // Frames between the knots. Those that all but hit one give way to it.
+        for (; i > 0 && frame > 0 && number * frame < knot.time; ++number)
+            if (number * frame > knots[i - 1].time + 3 * jump_length && number * frame < knot.time - 3 * jump_length)
+                result.push_back({number * frame, number * frame, false});
+        const bool early = knot.early && i > 0;
+        if (early) {
+            result.push_back({knot.time - 2 * jump_length, knot.time - 2 * jump_length, false});
+            result.push_back({knot.time - jump_length, knot.time, true});
+        }
+        result.push_back({knot.time, knot.time, early});
+        if (knot.late) {
+            result.push_back({knot.time + jump_length, knot.time, true});
+            result.push_back({knot.time + 2 * jump_length, knot.time + 2 * jump_length, true});
+        }
     }
-    return false;
+    return result;
+}
+
+Span span_of(std::span<const Track> tracks)
+{
+    Span span;
+    for (const Track& track : tracks) {
+        if (is_constant(track)) continue;
+        span.first = span.knots == 0 ? track.front().time : std::min(span.first, track.front().time);
+        span.last = span.knots == 0 ? track.back().time : std::max(span.last, track.back().time);
+        span.knots += track.size();
+    }
+    return span;
 }
 
 } // namespace gltf

@@ -13,6 +13,7 @@ struct Knot {
     double time = 0;
     double value_in = 0, value_out = 0; // what the piece before ends in, and the piece behind starts from
     double slope_in = 0, slope_out = 0;
+    bool late = false; // at `time` itself a jump hasn't happened yet
     bool jumps() const { return value_in != value_out; }
 };
 
@@ -34,19 +35,33 @@ struct TrackFaults {
 // A channel without usable keys gives one knot of the value `fallback`.
 Track make_track(const tv::Channel& channel, double fallback, const TrackLimits& limits, TrackFaults& faults);
 
-struct Sample {
-    double value = 0, slope = 0;
-};
-// At a jump `behind` chooses the side.
-Sample sample(const Track& track, double time, bool behind);
+double value_at(const Track& track, double time);
+
+// The slope of the piece that ends at `time`, or with `behind` of the one that starts there.
+double slope_at(const Track& track, double time, bool behind);
 
 // One value throughout, however many knots.
 bool is_constant(const Track& track);
 
-// The times of all knots, rising, each once.
-std::vector<double> knot_times(std::span<const Track> tracks);
+// A moment at which a file that gives these tracks together needs a key.
+struct Moment {
+    double time = 0;
+    double of = 0;     // the time whose values stand there: `time`, but beside a jump
+    bool flat = false; // the piece that ends here is part of a jump, and has no slopes
+};
+// A jump takes this long, and keeps as far away from its moment: readers' times are rounded, and one that asks for the
+// moment itself must not get something from half-way up.
+inline constexpr double jump_length = 0.1; // 1/4800 s
 
-// True where one of the tracks jumps at `time`.
-bool jumps_at(std::span<const Track> tracks, double time);
+// All knots of tracks that aren't constant, and every multiple of `frame` between the first and the last of them; 0: no
+// such multiples. Rising strictly.
+std::vector<Moment> moments(std::span<const Track> tracks, double frame);
+
+// Times of the first and the last knot that isn't of a constant track, and how many there are; no knots: all constant.
+struct Span {
+    double first = 0, last = 0;
+    std::size_t knots = 0;
+};
+Span span_of(std::span<const Track> tracks);
 
 } // namespace gltf

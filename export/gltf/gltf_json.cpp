@@ -73,7 +73,7 @@ Json numbers(const Range& range)
 void name_and_extras(Json& object, const std::string& name, const Json& extras)
 {
     if (!name.empty()) object["name"] = name;
-    if (!extras.is_null()) object["extras"] = extras;
+    if (!extras.empty()) object["extras"] = extras;
 }
 
 Json node_json(const Node& node)
@@ -308,7 +308,7 @@ std::string gltf_json(const Tables& tables, const JsonTarget& target)
     Writer writer(target.lines);
 
     Json asset = {{"version", "2.0"}, {"generator", tables.generator}};
-    if (!tables.asset_extras.is_null()) asset["extras"] = tables.asset_extras;
+    if (!tables.asset_extras.empty()) asset["extras"] = tables.asset_extras;
     writer.member("asset", asset);
     const Json used = extensions_used(tables);
     if (!used.empty()) writer.member("extensionsUsed", used);
@@ -316,7 +316,7 @@ std::string gltf_json(const Tables& tables, const JsonTarget& target)
     Json scene = Json::object();
     if (!tables.source_name.empty()) scene["name"] = tables.source_name;
     if (!tables.roots.empty()) scene["nodes"] = tables.roots;
-    if (!tables.scene_extras.is_null()) scene["extras"] = tables.scene_extras;
+    if (!tables.scene_extras.empty()) scene["extras"] = tables.scene_extras;
     writer.array("scenes", 1, [&](std::size_t) { return scene; });
     writer.array("nodes", tables.nodes.size(), [&](std::size_t i) { return node_json(tables.nodes[i]); });
     writer.array("meshes", tables.meshes.size(), [&](std::size_t i) { return mesh_json(tables.meshes[i]); });
