@@ -119,7 +119,7 @@ void set_up()
     services::set_host({});
 }
 
-void convert(const uint8_t* data, std::size_t size)
+void convert(const uint8_t* data, std::size_t size, void (*look)())
 {
     static InputFile file;
     file.hold(data, size);
@@ -141,6 +141,7 @@ void convert(const uint8_t* data, std::size_t size)
     if (result != 0 && result != 1) fail("the result is neither 0 nor 1");
     if (services::run_is_open()) fail("the run was left open");
     check_scene();
+    if (look) look();
     tv::clear_scene();
     services::clear();
     // Option strings stay held; all that a run takes goes back when it ends.
