@@ -146,11 +146,16 @@ Material MaterialMaker::make(const tv::Surface& surface, const SurfaceTextures& 
     if (pictured) {
         result.base_texture = use(*textures.base_color);
         if (textures.diffuse_replaces)
-            for (std::size_t i = 0; i < 3; ++i) result.base_color[i] = own_color ? color[i] : 1;
+            for (std::size_t i = 0; i < 3; ++i) result.base_color[i] = 1;
         if (textures.alpha) {
             result.base_color[3] = 1;
             result.blend = textures.base_color->image->has_alpha;
         }
+    }
+    if (!own_color && !textures.emissive && result.emissive != std::array<double, 3>{0, 0, 0}) {
+        // Self-lit signs: what shines is the picture, as bright as the surface's own colour would have been.
+        result.emissive_texture = result.base_texture;
+        result.emissive = scaled({1, 1, 1}, limited(surface.luminous, 0, 1));
     }
     if (textures.emissive) {
         result.emissive_texture = use(*textures.emissive);
