@@ -1,4 +1,6 @@
 // From a surface's layers and an instance's projection to texture coordinates, textures and shared meshes.
+#include <unistd.h>
+
 #include <fstream>
 
 #include "export/gltf/image_png.h"
@@ -14,13 +16,14 @@ protected:
     void SetUp() override
     {
         Export::SetUp();
-        options.image_directories = {file_name(".images")};
-        fs::create_directories(file_name(".images"));
+        images_ = fs::temp_directory_path() / ("export_test_images." + std::to_string(getpid()));
+        options.image_directories = {images_};
+        fs::create_directories(images_);
         gltf::Pixels pixels = gltf::make_pixels(4, 4);
         for (std::size_t i = 0; i < pixels.rgba.size(); ++i)
             pixels.rgba[i] = i % 4 == 3 ? 255 : static_cast<unsigned char>(i);
         const std::vector<unsigned char> png = gltf::encode_png(pixels);
-        std::ofstream(file_name(".images") / "hull.png", std::ios::binary)
+        std::ofstream(images_ / "hull.png", std::ios::binary)
             .write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
         platform::forget_directories();
 
@@ -31,7 +34,7 @@ protected:
     }
     void TearDown() override
     {
-        fs::remove_all(file_name(".images"));
+        fs::remove_all(images_);
         Export::TearDown();
     }
 
@@ -75,6 +78,7 @@ protected:
     }
 
     gltf::Options options;
+    fs::path images_;
 };
 
 } // namespace
