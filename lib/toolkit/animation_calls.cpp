@@ -104,7 +104,7 @@ void change_channel(const WordList& list)
         }
     }
     channel.constant = false;
-    touch();
+    if (channel.owner_kind != Kind::camera) touch(); // a camera's way changes no extents
 }
 
 } // namespace
