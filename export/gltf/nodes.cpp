@@ -21,7 +21,7 @@ std::vector<tv::Placement> all_places(double time)
 void place_node(Node& node, const Placing& placing)
 {
     for (int i = 0; i < 3; ++i) {
-        node.translation[static_cast<std::size_t>(i)] = file_float(placing.translation[i]);
+        node.translation[static_cast<std::size_t>(i)] = file_float(placing.translation[i]) + 0.0f; // no -0
         node.scale[static_cast<std::size_t>(i)] = file_float(placing.scale[i]);
     }
     const glm::dquat q = placing.rotation.w < 0 ? -placing.rotation : placing.rotation;
