@@ -5,9 +5,10 @@
 
 std::size_t lw_copy_text(char* buffer, std::size_t size, const char* text)
 {
-    const std::size_t length = text ? std::strlen(text) : 0;
+    if (!text) text = "";
+    const std::size_t length = std::strlen(text);
     const std::size_t kept = length < size ? length : size - 1;
-    if (kept) std::memmove(buffer, text, kept);
+    std::memmove(buffer, text, kept);
     buffer[kept] = '\0';
     return length;
 }

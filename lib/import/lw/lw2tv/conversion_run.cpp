@@ -48,6 +48,12 @@ void lw_report(int32_t level, const char* format, ...)
     Import_IO_Report_Error(level, message);
 }
 
+void lw_report_fatal(const char* message)
+{
+    Import_IO_Report_Error(5, message);
+    std::longjmp(jump_buffer, 1); // the handler has done so already, unless the services lost it
+}
+
 static void close_stream(std::FILE** stream)
 {
     if (*stream) std::fclose(*stream);

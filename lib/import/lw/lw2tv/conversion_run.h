@@ -20,8 +20,11 @@ bool lw_debug_is_on();
 // Writes to the debug file, if it is wanted.
 void lw_debug_printf(const char* format, ...) LW_PRINTF(1, 2);
 
-// Formats into a buffer of 256 and reports. Level 5 doesn't return.
+// Formats into a buffer of 256 and reports, at level 3 or 4.
 void lw_report(int32_t level, const char* format, ...) LW_PRINTF(2, 3);
+
+// A level 5 report, which ends the run by its non-local exit. Only from inside a run.
+[[noreturn]] void lw_report_fatal(const char* message);
 
 // names and values: the entry point's lists behind the command, up to the first null in names.
 void ImportConverter_Lightwave(char** names, void** values, int32_t* result, void* reserved);

@@ -56,7 +56,7 @@ void lw_release_object_data()
 static void* allocate(int32_t clear, std::size_t size, const char* message)
 {
     void* const block = Tv_Alloc_Memory(0, clear, size);
-    if (!block) Import_IO_Report_Error(5, message);
+    if (!block) lw_report_fatal(message);
     return block;
 }
 
@@ -104,7 +104,7 @@ static void grow_surface_names()
     const int32_t capacity = object.surface_capacity + std::max(surface_step, object.surface_capacity / 2);
     void* const grown =
         Tv_Realloc_Memory(0, object.surface_names, static_cast<std::size_t>(capacity) * sizeof(LW_Surface_Name));
-    if (!grown) Import_IO_Report_Error(5, "Out of memory while re-allocating surface names array");
+    if (!grown) lw_report_fatal("Out of memory while re-allocating surface names array");
     object.surface_names = static_cast<LW_Surface_Name*>(grown);
     object.surface_capacity = capacity;
 }
@@ -112,7 +112,7 @@ static void grow_surface_names()
 static void copy_surface_name(char** address, const char* text)
 {
     Import_IO_Copy_String(address, text);
-    if (!*address) Import_IO_Report_Error(5, "Out of memory while allocating surface names array");
+    if (!*address) lw_report_fatal("Out of memory while allocating surface names array");
 }
 
 static void add_surface_name(const char* name)

@@ -24,7 +24,7 @@ static int32_t grown_capacity(int32_t step, int64_t needed)
 static void* grow(void* block, int32_t capacity, std::size_t entry_size, const char* message)
 {
     void* const grown = Tv_Realloc_Memory(0, block, static_cast<std::size_t>(capacity) * entry_size);
-    if (!grown) Import_IO_Report_Error(5, message);
+    if (!grown) lw_report_fatal(message);
     return grown;
 }
 
@@ -162,7 +162,7 @@ static int16_t read_and_link(lw_object_data* object, int32_t* chunk_remaining)
 static void* allocate(int32_t clear, int32_t capacity, std::size_t entry_size, const char* message)
 {
     void* const block = Tv_Alloc_Memory(0, clear, static_cast<std::size_t>(capacity) * entry_size);
-    if (!block) Import_IO_Report_Error(5, message);
+    if (!block) lw_report_fatal(message);
     return block;
 }
 

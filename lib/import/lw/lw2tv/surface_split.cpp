@@ -66,7 +66,7 @@ static void allocate(T** array, int32_t clear, int32_t count, const char* messag
 {
     const std::size_t entries = static_cast<std::size_t>(count > 0 ? count : 1);
     *array = static_cast<T*>(Tv_Alloc_Memory(0, clear, entries * sizeof(T)));
-    if (!*array) Import_IO_Report_Error(5, message);
+    if (!*array) lw_report_fatal(message);
 }
 
 static Surface_Key* find_place(const char* unique_name)
