@@ -1,4 +1,5 @@
 // All ratios in one run: lwimport_bench [--benchmark_filter=...] prints the times, then one table of ratios.
+// lwimport_bench --inputs DIR leaves the inputs in an existing directory; --peak FILE runs one and prints its peak of memory.
 // A time is the least CPU time of several runs, so that a busy machine does little to the ratios.
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -121,6 +122,12 @@ int main(int argc, char** argv)
         if (argc == 3 && std::string_view(argv[1]) == "--peak") {
             bench::import_seconds(argv[2]);
             std::printf("%.0f\n", bench::peak_bytes());
+            return 0;
+        }
+        if (argc == 3 && std::string_view(argv[1]) == "--inputs") { // for a profiler: leaves the inputs in a directory
+            directory = argv[2];
+            objects();
+            scenes();
             return 0;
         }
         directory = std::filesystem::temp_directory_path().string() + "/lwimport_bench_" + std::to_string(getuid());
