@@ -125,6 +125,7 @@ void add_float(std::string& out, float value)
         return;
     }
     char digits[32];
+    value += 0.0f; // a zero has no sign here: the flip of Z would put one on every point of the ground
     out.append(digits, std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 9).ptr);
 }
 

@@ -7,9 +7,11 @@ namespace samples {
 
 namespace {
 
-unsigned axis_flag(char axis)
+unsigned axis_flag(char axis) // 0 for no axis
 {
-    return axis == 'x' ? x_axis : axis == 'y' ? y_axis : z_axis;
+    if (axis == 'x') return x_axis;
+    if (axis == 'y') return y_axis;
+    return axis == 'z' ? z_axis : 0u;
 }
 
 int card_surface(Model& model, const std::string& type, char axis, Vec3 size, Vec3 center, double smoothing)
@@ -78,6 +80,15 @@ void spherical(const std::string& directory, char axis)
     write(model, directory, std::string("ball_spherical_") + axis + "_card_wraps_once");
 }
 
+// All four alike: a cubic map goes by the faces, whatever axis the file states.
+void cubic(const std::string& directory, char axis)
+{
+    Model model;
+    model.box(card_surface(model, "Cubic", axis, {2, 2, 2}, {}, 0), {-1, -1, -1}, {1, 1, 1});
+    const std::string variant = axis == '-' ? "" : std::string(1, axis) + "_";
+    write(model, directory, "box_cubic_" + variant + "card_on_each_side");
+}
+
 } // namespace
 
 void write_projections(const std::string& directory)
@@ -87,9 +98,7 @@ void write_projections(const std::string& directory)
         cylindrical(directory, axis);
         spherical(directory, axis);
     }
-    Model cube;
-    cube.box(card_surface(cube, "Cubic", 'z', {2, 2, 2}, {}, 0), {-1, -1, -1}, {1, 1, 1});
-    write(cube, directory, "box_cubic_card_on_each_side");
+    for (const char axis : {'x', 'y', 'z', '-'}) cubic(directory, axis);
     lw_tools::write_file(directory + "/Images/TestCard.iff", ilbm_bytes(test_card(), IlbmDepth::true_colour_24));
 }
 
