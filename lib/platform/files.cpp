@@ -11,13 +11,9 @@
 #include <system_error>
 #include <unordered_map>
 
-#if defined(_WIN32)
-#include <direct.h>
-#else
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#endif
 
 namespace platform {
 namespace {
@@ -40,8 +36,6 @@ void tell_observer(const char* path, const char* opened)
 {
     if (open_observer) open_observer(open_observer_context, path, opened);
 }
-
-#if !defined(_WIN32)
 
 // Longer ones name nothing on any system that this runs on; the walk over the elements is bounded by it.
 constexpr std::size_t path_limit = PATH_MAX;
@@ -114,8 +108,6 @@ bool exists(const std::string& path)
     return stat(path.c_str(), &info) == 0;
 }
 
-#endif
-
 std::string listing_key(const std::string& directory)
 {
     const fs::path path(directory == "." ? "" : directory);
@@ -137,15 +129,11 @@ const Listing& listing_of(const std::string& directory)
         entry.increment(error);
     }
     std::sort(listing->entries.begin(), listing->entries.end());
-#if !defined(_WIN32)
     for (std::size_t i = 0; i < listing->entries.size(); ++i) {
         listing->folded.try_emplace(folded_entry(listing->entries[i]), i);
     }
-#endif
     return *listings.emplace(key, std::move(listing)).first->second;
 }
-
-#if !defined(_WIN32)
 
 // The entry of `directory` that an element names when case doesn't count, or null. An element is Latin-1; one that
 // holds UTF-8 all the same (a name beyond Latin-1, handed on as it stood on the command line) is met as that.
@@ -310,33 +298,7 @@ std::FILE* open_resolved(const std::string& path, const char* mode)
     return std::fopen(path.c_str(), mode);
 }
 
-#endif
-
 } // namespace
-
-#if defined(_WIN32)
-
-std::FILE* open_file(const char* path, const char* mode)
-{
-    std::FILE* const file = path && mode ? std::fopen(path, mode) : nullptr;
-    tell_observer(path ? path : "", file ? path : "");
-    return file;
-}
-
-std::string resolve(std::string_view path)
-{
-    std::error_code error;
-    return fs::exists(fs::path(path), error) ? std::string(path) : std::string();
-}
-
-int make_directory(const char* path)
-{
-    return path && _mkdir(path) == 0 ? 0 : errno;
-}
-
-void set_allowed_roots(std::vector<std::string>) {}
-
-#else
 
 std::FILE* open_file(const char* path, const char* mode)
 {
@@ -399,8 +361,6 @@ void set_allowed_roots(std::vector<std::string> roots)
         if (realpath(root.c_str(), canonical)) allowed_roots->push_back(canonical);
     }
 }
-
-#endif
 
 bool is_directory(std::string_view path)
 {

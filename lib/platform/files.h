@@ -16,7 +16,11 @@
 namespace platform {
 
 #if defined(_WIN32)
-#define PLATFORM_API
+#if defined(LW_PLATFORM_BUILD)
+#define PLATFORM_API __declspec(dllexport)
+#else
+#define PLATFORM_API __declspec(dllimport)
+#endif
 #else
 #define PLATFORM_API __attribute__((visibility("default")))
 #endif
