@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
-#include <unistd.h>
 
 #include "export/gltf/writer.h"
 #include "host/command_line.h"
@@ -15,6 +14,7 @@
 #include "host/messages.h"
 #include "host/outputs.h"
 #include "host/progress.h"
+#include "lib/platform/console.h"
 #include "lib/toolkit/latin1.h"
 #include "lib/toolkit/scene.h"
 
@@ -228,7 +228,7 @@ static void check_options(const ConvertOptions& options)
     const std::string& format = options.output.format;
     if (!format.empty() && format_of("x." + format) != format)
         throw WrongUse("--format takes glb, gltf or json, not '" + format + "'");
-    if (options.output.out == "-" && (format.empty() || format == "glb") && isatty(STDOUT_FILENO))
+    if (options.output.out == "-" && (format.empty() || format == "glb") && platform::is_terminal(stdout))
         throw WrongUse("standard output is a terminal, and a .glb file isn't text; send it to a file or a pipe");
 }
 

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
-#include <unistd.h>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -51,6 +49,13 @@ void add_import_options(CommandLine& line, ImportOptions& options, bool conversi
     line.text("--trace", "FILE", options.trace, "write every call that the plug-in makes, a JSON array a line");
     line.flag("--quiet", options.quiet, "only warnings and errors");
     line.flag("--no-progress", options.no_progress, "no progress line on a terminal");
+}
+
+// UTF-8 as most names are; what isn't is taken for Latin-1.
+static std::string utf8_of(std::string_view name)
+{
+    const std::string latin1 = tv::utf8_to_latin1(name);
+    return latin1 == name ? tv::latin1_to_utf8(latin1) : std::string(name);
 }
 
 static std::string absolute_directory(const std::string& directory, const char* option)
@@ -147,7 +152,7 @@ private:
             }
         }
         if (!current_ || !current_->found.empty()) return;
-        note(place.empty() ? path : place);
+        note(place.empty() ? utf8_of(path) : std::string(place));
         if (!place.empty()) current_->found = absolute(place);
     }
 
@@ -164,7 +169,8 @@ private:
     {
         std::string place(path);
         std::replace(place.begin(), place.end(), '\\', '/');
-        const fs::path whole = place.starts_with('/') ? fs::path(place) : fs::path(joined(directory_, place));
+        const fs::path whole =
+            fs::path(place).has_root_directory() ? fs::path(place) : fs::path(joined(directory_, place));
         return whole.lexically_normal().string();
     }
 
@@ -177,24 +183,25 @@ private:
 // Into the input's directory, and back whatever happens.
 class WorkingDirectory {
 public:
-    explicit WorkingDirectory(const std::string& directory) : before_(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    explicit WorkingDirectory(const std::string& directory)
     {
-        if (chdir(directory.c_str()) == 0) return;
-        const std::string reason = std::strerror(errno);
-        if (before_ >= 0) close(before_);
-        throw Failure("cannot enter " + shown_path(directory) + ": " + reason);
+        std::error_code error;
+        before_ = fs::current_path(error);
+        fs::current_path(directory, error);
+        if (error) throw Failure("cannot enter " + shown_path(directory) + ": " + error.message());
     }
     ~WorkingDirectory()
     {
-        if (before_ < 0) return;
-        if (fchdir(before_) != 0) say(Level::warning, std::string("cannot go back: ") + std::strerror(errno));
-        close(before_);
+        if (before_.empty()) return; // nobody knows where that was
+        std::error_code error;
+        fs::current_path(before_, error);
+        if (error) say(Level::warning, "cannot go back: " + error.message());
     }
     WorkingDirectory(const WorkingDirectory&) = delete;
     WorkingDirectory& operator=(const WorkingDirectory&) = delete;
 
 private:
-    int before_;
+    fs::path before_;
 };
 
 } // namespace
@@ -203,9 +210,7 @@ private:
 
 std::string shown_path(const fs::path& path)
 {
-    // UTF-8 as most names are; what isn't is taken for Latin-1.
-    const std::string latin1 = tv::utf8_to_latin1(path.string());
-    return latin1 == path.string() ? tv::latin1_to_utf8(latin1) : path.string();
+    return utf8_of(path.string());
 }
 
 static std::string_view without_object_extension(std::string_view place)

@@ -8,6 +8,7 @@
 
 #include "host/commands.h"
 #include "host/messages.h"
+#include "lib/platform/console.h"
 
 struct Command {
     std::string_view word;
@@ -56,6 +57,7 @@ static int run(host::Arguments arguments)
 
 int main(int argc, char** argv)
 {
+    platform::prepare_console();
     int status = host::status_failed;
     try {
         status = run(host::Arguments(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));

@@ -2,9 +2,8 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
+#include "lib/platform/console.h"
 #include "lib/toolkit/latin1.h"
 
 namespace host {
@@ -14,7 +13,7 @@ static bool progress_shown = false;
 
 static bool terminal()
 {
-    static const bool is_terminal = isatty(STDERR_FILENO) == 1;
+    static const bool is_terminal = platform::is_terminal(stderr);
     return is_terminal;
 }
 
@@ -70,8 +69,8 @@ void set_quiet(bool now)
 // A line that the terminal would wrap couldn't be taken away again.
 static std::string cut_to_terminal(const std::string& line)
 {
-    struct winsize size = {};
-    std::size_t columns = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1 ? size.ws_col - 1u : 79u;
+    const std::size_t width = platform::terminal_columns(stderr);
+    std::size_t columns = width > 1 ? width - 1 : 79;
     std::size_t end = 0;
     for (; end < line.size(); ++end)
         if ((static_cast<unsigned char>(line[end]) & 0xc0) != 0x80 && columns-- == 0) break; // a character begins

@@ -11,6 +11,7 @@
 #include "export/gltf/atomic_file.h"
 #include "host/failure.h"
 #include "lib/platform/files.h"
+#include "lib/platform/places.h"
 
 namespace host {
 
@@ -40,13 +41,7 @@ std::span<const OptionKey> option_keys()
 
 std::string options_directory()
 {
-    const char* const configuration = std::getenv("XDG_CONFIG_HOME");
-    const char* const home = std::getenv("HOME");
-    std::string directory;
-    if (configuration && *configuration == '/')
-        directory = configuration;
-    else if (home && *home == '/')
-        directory = std::string(home) + "/.config";
+    const std::string directory = platform::settings_directory();
     if (directory.empty() || directory.size() > max_directory_bytes) return {};
     return directory + "/lwimport/";
 }
@@ -55,7 +50,7 @@ std::string options_file_path()
 {
     const std::string directory = options_directory();
     if (directory.empty())
-        throw Failure("there is no place for an options file: neither XDG_CONFIG_HOME nor HOME is a usable directory");
+        throw Failure(std::string("there is no place for an options file: ") + platform::settings_problem());
     return directory + "imp_lw.ini";
 }
 

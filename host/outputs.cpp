@@ -76,7 +76,7 @@ static Target target_of(const OutputOptions& options, bool single)
     if (options.out == "-") {
         target.standard_output = true;
         if (!single) throw WrongUse("-o - takes one input; give a directory (-o DIR/) for several");
-    } else if (options.out.back() == '/' || fs::is_directory(options.out, error)) {
+    } else if (!fs::path(options.out).has_filename() || fs::is_directory(options.out, error)) {
         target.directory = fs::absolute(options.out);
     } else {
         const std::string format = format_of(options.out);

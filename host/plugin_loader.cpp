@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <dlfcn.h>
-#include <filesystem>
 
 #include "host/failure.h"
 #include "lib/import/implugin.h"
+#include "lib/platform/library.h"
+#include "lib/platform/places.h"
 
 namespace host {
 
@@ -18,23 +18,19 @@ bool is_integer_word(std::string_view name)
     return std::find(words.begin(), words.end(), name) != words.end();
 }
 
-std::string installation_directory()
-{
-    std::error_code error;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (error) throw Failure("cannot tell where this program stands: /proc/self/exe: " + error.message());
-    return program.parent_path().parent_path().string();
-}
-
 static Tavrin_Plugin_EntryPoint_Function entry_point()
 {
     static Tavrin_Plugin_EntryPoint_Function function = nullptr;
     if (function) return function;
-    const std::string path = installation_directory() + "/lib/imp_lw.so";
+    const std::string directory = platform::library_directory();
+    if (directory.empty()) throw Failure("cannot tell where this program stands");
+    const std::string path = directory + "/" + platform::library_name("imp_lw");
     // Never closed: the plug-in's option variables live as long as the library, and so does the program.
-    void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!library) throw Failure(std::string("cannot load the plug-in: ") + dlerror());
-    function = reinterpret_cast<Tavrin_Plugin_EntryPoint_Function>(dlsym(library, "Tavrin_Plugin_EntryPoint"));
+    std::string problem;
+    void* const library = platform::load_library(path, problem);
+    if (!library) throw Failure("cannot load the plug-in: " + problem);
+    function = reinterpret_cast<Tavrin_Plugin_EntryPoint_Function>(
+        platform::library_symbol(library, "Tavrin_Plugin_EntryPoint"));
     if (!function) throw Failure(path + " is not an import plug-in: it has no Tavrin_Plugin_EntryPoint");
     return function;
 }

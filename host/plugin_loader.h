@@ -22,7 +22,4 @@ bool is_integer_word(std::string_view name);
 // Throws Failure when the plug-in isn't where it belongs or isn't one.
 int32_t call_plugin(std::vector<Word> words);
 
-// The directory that holds bin/ and lib/ of this program.
-std::string installation_directory();
-
 } // namespace host

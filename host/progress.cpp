@@ -3,31 +3,22 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdint>
-#include <unistd.h>
+#include <cstdlib>
 
 #include "host/failure.h"
 #include "host/messages.h"
+#include "lib/platform/console.h"
 
 namespace host {
 
 static volatile std::sig_atomic_t interrupts = 0;
 
-static void on_interrupt(int)
-{
-    interrupts = interrupts + 1;
-    if (interrupts >= 3) _exit(status_failed);
-}
-
 void catch_interrupts()
 {
-    struct sigaction action = {};
-    action.sa_handler = on_interrupt;
-    for (const int signal : {SIGINT, SIGTERM}) {
-        struct sigaction before = {};
-        // Who started the program with a signal ignored (a shell's background job) wants it to stay so.
-        if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
-            sigaction(signal, &action, nullptr);
-    }
+    platform::on_interrupt([] {
+        interrupts = interrupts + 1;
+        if (interrupts >= 3) std::_Exit(status_failed);
+    });
 }
 
 bool interrupted()

@@ -8,7 +8,7 @@
 
 namespace host {
 
-// From now on SIGINT and SIGTERM set interrupted() instead of ending the program, so that a run ends in order. The
+// From now on Ctrl-C (SIGINT) and SIGTERM set interrupted() instead of ending the program, so that a run ends in order. The
 // third one ends the program at once.
 void catch_interrupts();
 bool interrupted();

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <sys/stat.h>
 
 namespace host {
 
@@ -21,7 +20,7 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 static std::string read_front(const fs::path& path, std::size_t most)
 {
     std::string bytes;
-    const File file(std::fopen(path.c_str(), "rb"));
+    const File file(std::fopen(path.string().c_str(), "rb"));
     if (!file) return bytes;
     std::size_t want = 65536;
     while (bytes.size() < most) {
@@ -179,17 +178,21 @@ static std::string problem_of(std::string_view head)
 FileHead read_head(const fs::path& file)
 {
     FileHead head;
-    struct stat status = {};
-    if (stat(file.c_str(), &status) != 0) {
-        head.problem = errno == ENOENT ? "does not exist" : std::string("cannot be read: ") + std::strerror(errno);
-    } else if (S_ISDIR(status.st_mode)) {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (status.type() == fs::file_type::not_found) {
+        head.problem = "does not exist";
+    } else if (error) {
+        head.problem = "cannot be read: " + error.message();
+    } else if (fs::is_directory(status)) {
         head.problem = "is a directory";
-    } else if (!S_ISREG(status.st_mode)) {
+    } else if (!fs::is_regular_file(status)) {
         head.problem = "is not a regular file";
-    } else if (const File opened{std::fopen(file.c_str(), "rb")}; !opened) {
+    } else if (const File opened{std::fopen(file.string().c_str(), "rb")}; !opened) {
         head.problem = std::string("cannot be read: ") + std::strerror(errno);
     } else {
-        head.size = static_cast<std::uintmax_t>(status.st_size);
+        head.size = fs::file_size(file, error);
+        if (error) head.size = 0;
         char bytes[256];
         errno = 0;
         const std::string_view front(bytes, std::fread(bytes, 1, sizeof bytes, opened.get()));
