@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <vector>
 
-#include <dlfcn.h>
-
 #include "export/gltf/image_decoder.h"
+#include "lib/platform/library.h"
+#include "lib/platform/places.h"
 #include "lib/toolkit/latin1.h"
 
 namespace gltf {
@@ -25,15 +25,12 @@ struct Library {
 std::vector<std::filesystem::path> places()
 {
     std::vector<std::filesystem::path> found;
-    Dl_info info{};
-    if (dladdr(reinterpret_cast<const void*>(&tv::latin1_to_utf8), &info) && info.dli_fname)
-        found.push_back(std::filesystem::path(info.dli_fname).parent_path());
-    std::error_code ignored;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ignored);
-    if (!program.empty()) {
-        found.push_back(program.parent_path() / ".." / "lib");
-        found.push_back(program.parent_path());
-    }
+    if (const std::string toolkit = platform::library_file(reinterpret_cast<const void*>(&tv::latin1_to_utf8));
+        !toolkit.empty())
+        found.push_back(std::filesystem::path(toolkit).parent_path());
+    if (const std::string directory = platform::library_directory(); !directory.empty()) found.push_back(directory);
+    if (const std::string program = platform::program_file(); !program.empty())
+        found.push_back(std::filesystem::path(program).parent_path());
     return found;
 }
 
@@ -44,14 +41,14 @@ Library load()
         const std::filesystem::path file = place / library_file;
         std::error_code ignored;
         if (!std::filesystem::exists(file, ignored)) continue;
-        void* const handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+        std::string problem;
+        void* const handle = platform::load_library(file.string(), problem);
         if (!handle) {
-            const char* const why = dlerror();
-            library.problem = std::string("the image decoder can't be loaded: ") + (why ? why : file.c_str());
+            library.problem = "the image decoder can't be loaded: " + problem;
             continue;
         }
-        library.decode = reinterpret_cast<Lw_Decode_Image>(dlsym(handle, LW_DECODE_IMAGE_NAME));
-        library.free = reinterpret_cast<Lw_Free_Image>(dlsym(handle, LW_FREE_IMAGE_NAME));
+        library.decode = reinterpret_cast<Lw_Decode_Image>(platform::library_symbol(handle, LW_DECODE_IMAGE_NAME));
+        library.free = reinterpret_cast<Lw_Free_Image>(platform::library_symbol(handle, LW_FREE_IMAGE_NAME));
         if (library.decode && library.free) return library;
         library.problem = "the image decoder is of another version: " + file.string();
     }
