@@ -1,6 +1,8 @@
 // The chooser of the content directory: the system's file dialog with a template and a hook of ours. The hook writes
 // the choice straight to lw_newtek_root_directory; what the system's dialog itself returns is not looked at.
 #pragma once
+#include <cstdint>
+
 #include "lib/platform/dialogs.h"
 
 // Number of the registered message that tells of a selection in the directory list; -1 until the first WM_INITDIALOG.

@@ -1,5 +1,7 @@
 // The Options dialog: what it does to the option variables.
 #pragma once
+#include <cstdint>
+
 #include "lib/platform/dialogs.h"
 
 // The dialog's procedure. The boxes change the variables at once, and Cancel doesn't put them back; OK takes the angle
