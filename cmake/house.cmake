@@ -5,6 +5,9 @@ option(LW_FUZZ "Build the fuzz targets for libFuzzer (clang)" OFF)
 
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+if(WIN32)
+  set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin) # libraries are looked for beside the program
+endif()
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/archive)
 # Programs find the libraries, and the libraries one another, wherever the build directory is moved to.
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)

@@ -1,0 +1,17 @@
+# header_only_package(NAME TARGET FILE): a target for headers that stand right below /usr/include. Whatever else is
+# there belongs to this system and not to Windows, so the compiler is shown a directory with just these.
+function(header_only_package name target file)
+  cmake_path(GET file PARENT_PATH folder)
+  find_path(${name}_HEADERS ${file} PATHS /usr/include NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+  include(FindPackageHandleStandardArgs)
+  find_package_handle_standard_args(${name} REQUIRED_VARS ${name}_HEADERS)
+  set(${name}_FOUND ${${name}_FOUND} PARENT_SCOPE)
+  if(TARGET ${target} OR NOT ${name}_FOUND)
+    return()
+  endif()
+  set(headers ${CMAKE_BINARY_DIR}/headers/${name})
+  file(MAKE_DIRECTORY ${headers})
+  file(CREATE_LINK ${${name}_HEADERS}/${folder} ${headers}/${folder} SYMBOLIC)
+  add_library(${target} INTERFACE IMPORTED GLOBAL)
+  target_include_directories(${target} SYSTEM INTERFACE ${headers})
+endfunction()
