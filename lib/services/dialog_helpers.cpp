@@ -4,12 +4,13 @@
 #include <cstring>
 
 #include "lib/platform/dialogs.h"
+#include "lib/services/center_window.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/trace.h"
 
-void Import_IO_Center_Window(void*, void*)
+void Import_IO_Center_Window(void* parent, void* dialog)
 {
-    // The terminal centres its windows, and Windows its modal dialogs over their owner.
+    services::center_window(static_cast<HWND>(parent), static_cast<HWND>(dialog));
     if (!tv::trace_enabled()) return;
     tv::trace_begin("Import_IO_Center_Window");
     tv::trace_end();
