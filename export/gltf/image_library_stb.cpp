@@ -43,9 +43,8 @@ DecodeResult decode_image(std::span<const unsigned char> file)
     if (header.kind == ImageKind::unknown) {
         result.error = "it is not an image of a known kind";
     } else if (!is_read_here(header.kind)) {
-        result.error =
-            std::string(kind_name(header.kind)) +
-            " images can't be read in this build for Windows; a PNG file of the same name beside it would be";
+        result.error = std::string(kind_name(header.kind)) +
+                       " images can't be read in this build for Windows; a PNG under this very name can";
     } else if (header.width > LW_IMAGE_MAX_SIDE || header.height > LW_IMAGE_MAX_SIDE) {
         result.error = "it claims to be larger than 16384 pixels on a side";
     } else {
