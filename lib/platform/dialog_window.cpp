@@ -1,16 +1,20 @@
 // The dialog calls, in terms of an open window and a face that shows it.
 #include "lib/platform/dialog_window.h"
 
-#include <sys/stat.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <dlfcn.h>
 #include <map>
 #include <string>
 #include <vector>
+
+#include "lib/platform/dialog_obstacle.h"
+#include "lib/platform/library.h"
+#include "lib/platform/places.h"
 
 using platform::ControlKind;
 using platform::DialogControl;
@@ -77,27 +81,42 @@ void set_dialog_face(DialogFace* face)
 static DialogFace* terminal_face()
 {
     static DialogFace* const face = []() -> DialogFace* {
-        Dl_info here = {};
-        if (!dladdr(reinterpret_cast<void*>(&add_dialog_templates), &here) || !here.dli_fname) return nullptr;
-        std::string path = here.dli_fname;
+        std::string path = library_file(reinterpret_cast<void*>(&add_dialog_templates));
         path = path.substr(0, path.rfind('/') + 1) + "lw_terminal_dialogs.so";
-        void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        std::string problem;
+        void* const library = load_library(path, problem);
         if (!library) {
-            std::fprintf(stderr, "Dialogs can't be shown: %s\n", dlerror());
+            std::fprintf(stderr, "Dialogs can't be shown: %s\n", problem.c_str());
             return nullptr;
         }
         using Maker = DialogFace* (*)();
-        const Maker make = reinterpret_cast<Maker>(dlsym(library, "lw_terminal_dialog_face"));
+        const Maker make = reinterpret_cast<Maker>(library_symbol(library, "lw_terminal_dialog_face"));
         return make ? make() : nullptr;
     }();
     return face;
 }
 
+std::string dialog_obstacle()
+{
+    if (chosen_face) return {};
+    if (!isatty(STDIN_FILENO) || !isatty(STDOUT_FILENO)) return "dialogs need a terminal, and there is none";
+    const char* const kind = std::getenv("TERM");
+    if (!kind || !*kind) return "dialogs need to know the terminal's kind, and TERM isn't set";
+    winsize size = {};
+    // Nothing told: as the terminal's library takes it then, 80 by 24.
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) return {};
+    if (size.ws_col >= least_columns && size.ws_row >= least_lines) return {};
+    return "dialogs need a terminal of " + std::to_string(least_columns) + " columns and " +
+           std::to_string(least_lines) + " lines, and this one has " + std::to_string(size.ws_col) + " and " +
+           std::to_string(size.ws_row);
+}
+
 DialogFace* dialog_face()
 {
     if (chosen_face) return chosen_face;
-    if (isatty(STDIN_FILENO) && isatty(STDOUT_FILENO)) return terminal_face();
-    std::fputs("Dialogs need a terminal, and there is none; nothing was changed.\n", stderr);
+    const std::string obstacle = dialog_obstacle();
+    if (obstacle.empty()) return terminal_face();
+    std::fprintf(stderr, "No dialog: %s; nothing was changed.\n", obstacle.c_str());
     return nullptr;
 }
 
@@ -174,16 +193,6 @@ int MessageBoxA(HWND, LPCSTR text, LPCSTR caption, UINT type)
 {
     platform::DialogFace* const face = platform::dialog_face();
     return face ? face->message_box(caption ? caption : "", text ? text : "", type) : IDCANCEL;
-}
-
-DWORD GetCurrentDirectoryA(DWORD size, LPSTR text)
-{
-    std::vector<char> directory(4096);
-    if (!getcwd(directory.data(), directory.size())) return 0;
-    const DWORD length = static_cast<DWORD>(std::strlen(directory.data()));
-    if (length >= size || !text) return length + 1;
-    std::memcpy(text, directory.data(), length + 1);
-    return length;
 }
 
 int _mkdir(const char* path)

@@ -42,8 +42,11 @@ PLATFORM_API void press(Platform_Window& window, int id);                       
 PLATFORM_API void select(Platform_Window& window, int id, std::size_t item);          // an item of a list
 PLATFORM_API void set_text(Platform_Window& window, int id, const std::string& text); // typed into an edit box
 
+// What the terminal must have at least for any dialog of ours.
+inline constexpr int least_columns = 80, least_lines = 24;
+
 std::unique_ptr<Platform_Window> make_window(const char* template_name); // null: no such template
-// The face in force: a script, else the terminal, else null (with one line on standard error).
+// The face in force: a script, else the terminal, else null (with one line on standard error that says why).
 DialogFace* dialog_face();
 // A face for as long as it isn't taken back by a null one. Not owned.
 PLATFORM_API void set_dialog_face(DialogFace* face);

@@ -3,37 +3,57 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
+#include <cstring>
 #include <string>
+#include <vector>
 
+#include "lib/platform/dialog_text.h"
 #include "lib/platform/dialog_window.h"
 
 namespace {
 
-const int path_edit = 1088, directory_list = 1121, drive_list = 1137, file_name_edit = 1152;
+const int path_edit = 1088, directory_list = 1121, drive_list = 1137, file_name_edit = 1152, network_button = 1037;
 
+// The system's own spelling; "/" when there is none, as in a directory that was removed meanwhile.
 std::string current_directory()
 {
-    char text[4096];
-    return getcwd(text, sizeof text) ? text : "/";
+    std::vector<char> text(PATH_MAX);
+    return getcwd(text.data(), text.size()) ? text.data() : "/";
 }
 
-void fill(Platform_Window& window)
+// Shows the current directory. The names of the list's items, as the system spells them.
+std::vector<std::string> fill(Platform_Window& window)
 {
     const std::string here = current_directory();
-    if (Platform_Window::Control* const path = window.find(path_edit)) path->text = here;
+    if (Platform_Window::Control* const path = window.find(path_edit)) path->text = platform::dialog_text(here);
+    std::vector<std::string> names;
+    if (here != "/") names.emplace_back("..");
+    platform::forget_directories();
+    for (const std::string& name : platform::list_directory(here)) {
+        if (name.empty() || name[0] == '.') continue;
+        if (platform::is_directory((here == "/" ? "" : here) + "/" + name)) names.push_back(name);
+    }
     if (Platform_Window::Control* const list = window.find(directory_list)) {
         list->items.clear();
-        if (here != "/") list->items.push_back("..");
-        platform::forget_directories();
-        for (const std::string& name : platform::list_directory(here)) {
-            if (name.empty() || name[0] == '.') continue;
-            if (platform::is_directory((here == "/" ? "" : here) + "/" + name)) list->items.push_back(name);
-        }
+        for (const std::string& name : names) list->items.push_back(platform::dialog_text(name));
     }
     if (Platform_Window::Control* const drives = window.find(drive_list)) drives->items = {"/"};
+    return names;
 }
 
 } // namespace
+
+DWORD GetCurrentDirectoryA(DWORD size, LPSTR text)
+{
+    std::vector<char> directory(PATH_MAX);
+    if (!getcwd(directory.data(), directory.size())) return 0;
+    const std::string shown = platform::dialog_text(directory.data());
+    const DWORD length = static_cast<DWORD>(shown.size());
+    if (length >= size || !text) return length + 1;
+    std::memcpy(text, shown.c_str(), length + 1);
+    return length;
+}
 
 BOOL GetSaveFileNameA(OPENFILENAMEA* record)
 {
@@ -42,9 +62,9 @@ BOOL GetSaveFileNameA(OPENFILENAMEA* record)
     platform::DialogFace* const face = window ? platform::dialog_face() : nullptr;
     if (!face) return FALSE;
     if (record->lpstrTitle) window->title = record->lpstrTitle;
-    if (record->lpstrInitialDir) {
+    if (record->lpstrInitialDir && record->lpstrInitialDir[0]) {
         const std::string start = platform::resolve(record->lpstrInitialDir);
-        if (!start.empty() && chdir(start.c_str()) != 0) window->title += " (the stored directory can't be opened)";
+        if (start.empty() || chdir(start.c_str()) != 0) window->title += " (the stored one can't be opened)";
     }
 
     const auto hook = [&](UINT message, WPARAM first, LPARAM second) -> UINT_PTR {
@@ -58,16 +78,20 @@ BOOL GetSaveFileNameA(OPENFILENAMEA* record)
             EndDialog(window.get(), 1);
         }
         if (id == IDCANCEL) EndDialog(window.get(), 0);
+        if (id == network_button) {
+            MessageBoxA(window.get(), "Network drives are directories here, once the system has mounted them.",
+                        "Network", MB_OK);
+        }
         return 1;
     };
+    std::vector<std::string> names = fill(*window);
     window->on_select = [&](int control, std::size_t item) {
-        const Platform_Window::Control* const list = window->find(control);
-        if (!list || item >= list->items.size() || (control != directory_list && control != drive_list)) return;
-        if (chdir(list->items[item].c_str()) != 0) return;
-        fill(*window);
+        const bool drive = control == drive_list;
+        if (!drive && (control != directory_list || item >= names.size())) return;
+        if (chdir(drive ? "/" : names[item].c_str()) != 0) return;
+        names = fill(*window);
         hook(RegisterWindowMessageA("commdlg_LBSelChangedNotify"), static_cast<WPARAM>(control), 0);
     };
-    fill(*window);
     hook(WM_INITDIALOG, 0, reinterpret_cast<LPARAM>(record));
     face->run(*window);
     return window->result != 0;

@@ -1,49 +1,41 @@
 // Dialogs in the terminal, by newt. A module of its own: only who opens a dialog loads newt.
 //
 // Controls keep the order and the neighbourhood of the template: those of about one height share a line, and lines that
-// hold nothing are left out, so that a dialog of 284 units fits the 24 lines of a terminal.
+// hold nothing are left out, so that a dialog of 284 units fits the 24 lines of a terminal. Tab and the arrows go from
+// control to control, Space flips a box or presses a button, Enter is the dialog's default button or the button or list
+// it stands on, Escape and Ctrl-C are Cancel, F1 is Help. There is no mouse: newt is built without one here.
 #include <newt.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <map>
 #include <string>
+#include <sys/ioctl.h>
+#include <unistd.h>
 #include <vector>
 
+#include "lib/platform/dialog_text.h"
 #include "lib/platform/dialog_window.h"
 
 namespace {
 
 using platform::ControlKind;
 using platform::DialogControl;
+using platform::terminal_text;
 using Control = Platform_Window::Control;
 
-const int units_per_column = 3;
+const int frame = 4;           // columns and lines that a window's border and shadow take
 const int same_line_units = 5; // controls whose middles are nearer than this stand on one line
-const int list_lines = 7;
-
-// Latin-1 to the terminal's UTF-8.
-std::string shown(const std::string& latin1)
-{
-    std::string text;
-    for (const char c : latin1) {
-        const unsigned char byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            text += c;
-        } else {
-            text += static_cast<char>(0xc0 | (byte >> 6));
-            text += static_cast<char>(0x80 | (byte & 0x3f));
-        }
-    }
-    return text;
-}
+const int list_lines = 9;
+const int box_columns = 60; // of a message box
+const int enter_key = '\r', interrupt_key = 3 /* Ctrl-C, which comes as a key here */, help_button = 200;
+const int resize_wait = 300; // ms between two looks at the terminal's size
 
 std::string label(const Control& control)
 {
     std::string text = control.text;
     text.erase(std::remove(text.begin(), text.end(), '&'), text.end());
-    return shown(text);
+    return text;
 }
 
 int middle(const DialogControl& shape)
@@ -51,19 +43,39 @@ int middle(const DialogControl& shape)
     return shape.y + shape.height / 2;
 }
 
+// A text too wide for its place keeps its end, which is what tells one path from another.
+std::string end_of(const std::string& text, std::size_t columns)
+{
+    return text.size() <= columns ? text : "..." + text.substr(text.size() - columns + 3);
+}
+
+// Lines of at most `columns` characters, parted at blanks and line feeds; a longer word is broken.
 std::vector<std::string> wrapped(const std::string& text, std::size_t columns)
 {
     std::vector<std::string> lines(1);
-    std::size_t at = 0;
-    while (at < text.size()) {
-        const std::size_t blank = std::min(text.find(' ', at), text.size());
-        const std::string word = text.substr(at, blank - at);
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t stop = std::min(text.find_first_of(" \n", at), text.size());
+        std::string word = text.substr(at, stop - at);
         if (!lines.back().empty() && lines.back().size() + 1 + word.size() > columns) lines.emplace_back();
+        for (; word.size() > columns; word.erase(0, columns)) {
+            lines.back() = word.substr(0, columns);
+            lines.emplace_back();
+        }
         if (!lines.back().empty()) lines.back() += ' ';
         lines.back() += word;
-        at = blank + 1;
+        if (stop < text.size() && text[stop] == '\n') lines.emplace_back();
+        at = stop + 1;
     }
     return lines;
+}
+
+bool terminal_was_resized()
+{
+    winsize now = {};
+    int columns = 0, lines = 0;
+    newtGetScreenSize(&columns, &lines);
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &now) != 0 || now.ws_col == 0 || now.ws_row == 0) return false;
+    return now.ws_col != columns || now.ws_row != lines;
 }
 
 // One open dialog on the screen.
@@ -82,30 +94,24 @@ public:
     void step()
     {
         newtExitStruct event = {};
-        newtFormRun(form_, &event);
+        do {
+            newtFormRun(form_, &event);
+        } while (event.reason == newtExitStruct::NEWT_EXIT_TIMER && flipped_.empty() && !terminal_was_resized());
         take_over_texts();
-        if (event.reason == newtExitStruct::NEWT_EXIT_HOTKEY && event.u.key == NEWT_KEY_ESCAPE) {
+        for (const int id : flipped_) {
+            current_ = id;
+            platform::press(window_, id);
+        }
+        if (window_.ended || event.reason == newtExitStruct::NEWT_EXIT_TIMER) return;
+        if (event.reason == newtExitStruct::NEWT_EXIT_ERROR) return platform::press(window_, IDCANCEL);
+        const bool by_key = event.reason == newtExitStruct::NEWT_EXIT_HOTKEY;
+        if (by_key && (event.u.key == NEWT_KEY_ESCAPE || event.u.key == interrupt_key))
             return platform::press(window_, IDCANCEL);
+        if (by_key && event.u.key == NEWT_KEY_F1) {
+            if (window_.find(help_button)) platform::press(window_, help_button);
+            return;
         }
-        const newtComponent pressed =
-            event.reason == newtExitStruct::NEWT_EXIT_HOTKEY ? newtFormGetCurrent(form_) : event.u.co;
-        const auto found = by_component_.find(pressed);
-        if (found == by_component_.end()) return;
-        Control& control = *found->second;
-        current_ = control.shape->id;
-        switch (control.shape->kind) {
-        case ControlKind::list:
-        case ControlKind::combo: {
-            const auto item = reinterpret_cast<std::uintptr_t>(newtListboxGetCurrent(pressed));
-            if (!control.items.empty()) platform::select(window_, control.shape->id, item);
-            break;
-        }
-        case ControlKind::edit: press_default(); break;
-        case ControlKind::check_box:
-        case ControlKind::button: platform::press(window_, control.shape->id); break;
-        case ControlKind::text:
-        case ControlKind::group: break;
-        }
+        carry_out(by_key ? newtFormGetCurrent(form_) : event.u.co);
     }
 
     int current() const { return current_; }
@@ -117,63 +123,103 @@ public:
     }
 
 private:
+    void carry_out(newtComponent pressed)
+    {
+        const auto found = by_component_.find(pressed);
+        if (found == by_component_.end()) return;
+        Control& control = *found->second;
+        current_ = control.shape->id;
+        switch (control.shape->kind) {
+        case ControlKind::list:
+        case ControlKind::combo: {
+            const auto item = reinterpret_cast<std::uintptr_t>(newtListboxGetCurrent(pressed));
+            if (!control.items.empty()) platform::select(window_, control.shape->id, item);
+            break;
+        }
+        case ControlKind::edit:
+        case ControlKind::check_box: press_default(); break;
+        case ControlKind::button: platform::press(window_, control.shape->id); break;
+        case ControlKind::text:
+        case ControlKind::group: break;
+        }
+    }
+
+    bool is_visible(const DialogControl& shape) const
+    {
+        return shape.x < window_.shape->width && shape.kind != ControlKind::group;
+    }
+
     void build()
     {
         std::vector<Control*> visible;
         for (Control& control : window_.controls) {
-            const DialogControl& shape = *control.shape;
-            if (shape.x < window_.shape->width && shape.kind != ControlKind::group) visible.push_back(&control);
+            if (is_visible(*control.shape)) visible.push_back(&control);
         }
         std::stable_sort(visible.begin(), visible.end(),
                          [](const Control* a, const Control* b) { return middle(*a->shape) < middle(*b->shape); });
-        const int columns = window_.shape->width / units_per_column + 2;
+        units_ = window_.shape->width / 3 + 2 + frame <= platform::least_columns ? 3 : 4;
+        columns_ = window_.shape->width / units_ + 2;
         form_ = newtForm(nullptr, nullptr, 0);
         newtFormAddHotKey(form_, NEWT_KEY_ESCAPE);
+        newtFormAddHotKey(form_, interrupt_key);
+        newtFormAddHotKey(form_, NEWT_KEY_F1);
+        newtFormAddHotKey(form_, enter_key);
+        newtFormSetTimer(form_, resize_wait);
         int line = 0, next_line = 0, line_middle = -1000;
         for (Control* control : visible) {
             const DialogControl& shape = *control->shape;
-            const bool tall = shape.kind == ControlKind::list;
             if (middle(shape) - line_middle > same_line_units) {
                 line = next_line;
                 line_middle = middle(shape);
             }
-            next_line = std::max(next_line, line + place(*control, line, tall ? list_lines : 1));
+            next_line = std::max(next_line, line + place(*control, line));
         }
-        newtCenteredWindow(static_cast<unsigned>(columns), static_cast<unsigned>(next_line),
-                           shown(window_.title).c_str());
+        newtCenteredWindow(static_cast<unsigned>(columns_), static_cast<unsigned>(next_line),
+                           terminal_text(end_of(window_.title, static_cast<std::size_t>(columns_) - 4)).c_str());
     }
 
     // Adds the control; how many lines it takes.
-    int place(Control& control, int line, int lines)
+    int place(Control& control, int line)
     {
         const DialogControl& shape = *control.shape;
-        const int column = shape.x / units_per_column;
-        const int width = std::max(4, shape.width / units_per_column);
+        const int column = shape.x / units_;
+        const int width = std::min(std::max(4, shape.width / units_), columns_ - column);
+        const auto characters = static_cast<std::size_t>(width);
         newtComponent component = nullptr;
+        int lines = 1;
         switch (shape.kind) {
         case ControlKind::text: {
-            const std::vector<std::string> parts = wrapped(label(control), static_cast<std::size_t>(width));
-            int row = line;
+            const std::vector<std::string> parts = wrapped(label(control), characters);
             for (const std::string& part : parts) {
                 const int indent = shape.centred ? std::max(0, (width - static_cast<int>(part.size())) / 2) : 0;
-                newtFormAddComponent(form_, newtLabel(column + indent, row++, part.c_str()));
+                newtFormAddComponent(form_, newtLabel(column + indent, line++, terminal_text(part).c_str()));
             }
             return static_cast<int>(parts.size());
         }
         case ControlKind::edit:
-            component = newtEntry(column, line, shown(control.text).c_str(), width, nullptr,
-                                  NEWT_FLAG_SCROLL | NEWT_FLAG_RETURNEXIT | (shape.read_only ? NEWT_FLAG_DISABLED : 0));
+            if (shape.read_only) {
+                std::string text = end_of(control.text, characters);
+                text.resize(characters, '_');
+                newtFormAddComponent(form_, newtLabel(column, line, terminal_text(text).c_str()));
+                return 1;
+            }
+            component = newtEntry(column, line, terminal_text(control.text).c_str(), width, nullptr, NEWT_FLAG_SCROLL);
             break;
-        case ControlKind::check_box: // a button that looks like a box: its state is the procedure's to change
-            component = newtCompactButton(column, line, ((control.checked ? "[*] " : "[ ] ") + label(control)).c_str());
+        case ControlKind::check_box:
+            component =
+                newtCheckbox(column, line, terminal_text(label(control)).c_str(), state_of(control), " *", nullptr);
+            newtComponentAddCallback(component, flip, this);
             break;
-        case ControlKind::button: component = newtCompactButton(column, line, label(control).c_str()); break;
-        case ControlKind::list:
+        case ControlKind::button:
+            component = newtCompactButton(column, line, terminal_text(label(control)).c_str());
+            break;
+        case ControlKind::list: lines = list_lines; [[fallthrough]];
         case ControlKind::combo:
-            component = newtListbox(column, line, lines, NEWT_FLAG_RETURNEXIT | (lines > 1 ? NEWT_FLAG_SCROLL : 0));
+            component = newtListbox(column, line, lines, lines > 1 ? NEWT_FLAG_SCROLL | NEWT_FLAG_BORDER : 0);
             newtListboxSetWidth(component, width);
             for (std::size_t i = 0; i < control.items.size(); ++i) {
-                newtListboxAppendEntry(component, shown(control.items[i]).c_str(), reinterpret_cast<void*>(i));
+                newtListboxAppendEntry(component, terminal_text(end_of(control.items[i], characters - 4)).c_str(),
+                                       reinterpret_cast<void*>(i));
             }
             break;
         case ControlKind::group: return 0;
@@ -183,13 +229,24 @@ private:
         return lines;
     }
 
+    static char state_of(const Control& control) { return control.checked ? '*' : ' '; }
+
+    // newt has turned the box on the screen; what it stands at is the procedure's to say, once the form has returned: a
+    // message box opened in here would run a form within a form.
+    static void flip(newtComponent component, void* screen)
+    {
+        Screen& self = *static_cast<Screen*>(screen);
+        self.flipped_.push_back(self.by_component_[component]->shape->id);
+        newtFormSetTimer(self.form_, 1);
+    }
+
     void take_over_texts()
     {
         for (const auto& [component, control] : by_component_) {
-            if (control->shape->kind != ControlKind::edit || control->shape->read_only) continue;
-            char* const typed = newtEntryGetValue(component);
-            if (!typed || shown(control->text) == typed) continue;
-            platform::set_text(window_, control->shape->id, typed);
+            if (control->shape->kind != ControlKind::edit) continue;
+            const char* const typed = newtEntryGetValue(component);
+            if (!typed || terminal_text(control->text) == typed) continue;
+            platform::set_text(window_, control->shape->id, platform::dialog_text(typed));
         }
     }
 
@@ -203,8 +260,36 @@ private:
     Platform_Window& window_;
     newtComponent form_ = nullptr;
     std::map<newtComponent, Control*> by_component_;
+    int units_ = 3, columns_ = 0; // units a column; columns of the window
+    std::vector<int> flipped_;    // boxes, in order: two quick keys may come before the form returns
     int current_ = -1;
 };
+
+// Its own instead of newt's: that one takes a format, and a width that a long path doesn't fit.
+bool show_box(const std::string& caption, const std::string& text, bool with_cancel)
+{
+    const std::vector<std::string> lines = wrapped(text, box_columns);
+    const int shown = std::min(static_cast<int>(lines.size()), platform::least_lines - frame - 4);
+    newtCenteredWindow(box_columns + 4, static_cast<unsigned>(shown) + 4, terminal_text(caption).c_str());
+    std::string all;
+    for (const std::string& line : lines) all += terminal_text(line) + "\n";
+    const bool scrolls = shown < static_cast<int>(lines.size());
+    const newtComponent words = newtTextbox(1, 1, box_columns, shown, scrolls ? NEWT_FLAG_SCROLL : 0);
+    newtTextboxSetText(words, all.c_str());
+    const newtComponent ok = newtCompactButton(with_cancel ? 18 : 28, shown + 2, "OK");
+    const newtComponent cancel = with_cancel ? newtCompactButton(34, shown + 2, "Cancel") : nullptr;
+    const newtComponent form = newtForm(nullptr, nullptr, 0);
+    newtFormAddComponents(form, words, ok, cancel, nullptr);
+    newtFormAddHotKey(form, NEWT_KEY_ESCAPE);
+    newtFormAddHotKey(form, interrupt_key);
+    newtFormSetCurrent(form, ok);
+    newtExitStruct event = {};
+    newtFormRun(form, &event);
+    const bool accepted = event.reason == newtExitStruct::NEWT_EXIT_COMPONENT && event.u.co == ok;
+    newtFormDestroy(form);
+    newtPopWindow();
+    return accepted;
+}
 
 class TerminalFace : public platform::DialogFace {
 public:
@@ -218,6 +303,10 @@ public:
             screen.set_current(current);
             screen.step();
             if (screen.current() != -1) current = screen.current();
+            if (terminal_was_resized()) {
+                newtResizeScreen(0);
+                newtCls();
+            }
         }
         leave();
     }
@@ -225,16 +314,10 @@ public:
     int message_box(const std::string& caption, const std::string& text, UINT type) override
     {
         enter();
-        std::string title = shown(caption), words = shown(text);
-        char ok[] = "OK", cancel[] = "Cancel", format[] = "%s";
-        int answer = 1;
-        if ((type & 0xf) == MB_OKCANCEL) {
-            answer = newtWinChoice(title.data(), ok, cancel, format, words.c_str());
-        } else {
-            newtWinMessage(title.data(), ok, format, words.c_str());
-        }
+        const bool with_cancel = (type & 0xf) == MB_OKCANCEL;
+        const bool accepted = show_box(caption, text, with_cancel);
         leave();
-        return answer == 1 || (type & 0xf) != MB_OKCANCEL ? IDOK : IDCANCEL;
+        return accepted || !with_cancel ? IDOK : IDCANCEL;
     }
 
 private:
