@@ -73,7 +73,8 @@ static void read_path(HWND dialog, char* text)
 static void append_backslash(char* text)
 {
     char whole[path_size];
-    lw_format_text(whole, sizeof whole, "%s%s", text, ends_in_separator(text) ? "" : "\\");
+    const size_t length = strlen(text);
+    lw_format_text(whole, sizeof whole, "%s%s", text, length > 0 && text[length - 1] == '\\' ? "" : "\\");
     lw_copy_text(text, path_size, whole);
 }
 

@@ -8,6 +8,7 @@
 #include "lib/import/lw/ntdll/library.h"
 #include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/services/import_io.h"
+#include "lib/toolkit/vc4_tv.h"
 
 struct lw_option_box {
     int control;
@@ -40,8 +41,13 @@ static void accept(HWND dialog)
 {
     if (!Import_IO_Check_Smoothing_Angle(dialog, angle_edit, &lw_smoothing_angle)) return;
     char path[300];
-    lw_format_text(path, sizeof path, "%simp_lw.ini", plugin_directory ? plugin_directory : "");
-    SaveImportConvertOptions_Lightwave(path);
+    const size_t length = lw_format_text(path, sizeof path, "%simp_lw.ini", plugin_directory ? plugin_directory : "");
+    if (length < sizeof path) {
+        SaveImportConvertOptions_Lightwave(path);
+    } else { // a cut path would be another file's
+        Tv_Report_Error(4, "OUTERR_FILE_OPEN_WRITE", "OptionsDlgProc()", "Lightwave .INI", path,
+                        static_cast<const char*>(nullptr));
+    }
     EndDialog(dialog, 1);
 }
 
