@@ -1,6 +1,6 @@
 // Draws a .glb in headless Chromium and saves a PNG.
 // usage: node render.mjs FILE.glb OUT.png [width=960] [height=640] [time=SECONDS] [camera=1] [yaw=DEG] [pitch=DEG]
-//        [zoom=F] [environment=F] [background=CSS-COLOUR]
+//        [up=X,Y,Z] [zoom=F] [environment=F] [background=CSS-COLOUR]
 import {createServer} from 'node:http';
 import {readFile} from 'node:fs/promises';
 import {fileURLToPath} from 'node:url';
