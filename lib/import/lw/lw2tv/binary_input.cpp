@@ -103,4 +103,5 @@ void get_lw_string_name(std::FILE* fp, char** name, int32_t* remaining)
     Tv_Free_Memory(*name);
     *name = nullptr;
     Import_IO_Copy_String(name, buffer);
+    if (!*name) Import_IO_Report_Error(5, "Out of memory while copying a name out of the Lightwave file");
 }
