@@ -38,6 +38,19 @@ std::wstring system_path(std::string_view path)
     return exists(latin1) ? latin1 : first;
 }
 
+// An existing path with its last element as the disk spells it.
+std::wstring disk_spelling(std::wstring path)
+{
+    WIN32_FIND_DATAW entry = {};
+    const std::size_t name = path.find_last_of(L"/\\:") + 1; // npos + 1 is 0
+    const std::wstring_view last = std::wstring_view(path).substr(name);
+    if (last.empty() || last == L"." || last == L"..") return path;
+    HANDLE const search = FindFirstFileW(path.c_str(), &entry);
+    if (search == INVALID_HANDLE_VALUE) return path;
+    FindClose(search);
+    return path.replace(name, std::wstring::npos, entry.cFileName);
+}
+
 // Where an existing file or directory really lies, links followed; empty when it can't be told.
 std::wstring final_path(const std::wstring& path)
 {
@@ -111,7 +124,7 @@ std::string resolve(std::string_view path)
 {
     try {
         const std::wstring place = system_path(path);
-        return !place.empty() && exists(place) && is_allowed(place) ? narrow(place) : std::string();
+        return !place.empty() && exists(place) && is_allowed(place) ? narrow(disk_spelling(place)) : std::string();
     } catch (const std::bad_alloc&) {
         return {};
     }
