@@ -27,7 +27,7 @@ _lwimport() {
             newtek_root_directory= explode_obj_by_surf_names="
         ;;
     options)
-        words="list get set reset path --help"
+        words="about list get set reset path --help"
         [[ $before == get || $before == set ]] && words="compute_normals make_surface_names_unique
             import_keyframe0_only print_statistics print_warnings smoothing_angle output_debug_info
             explode_obj_by_surf_names newtek_root_directory"
