@@ -103,10 +103,13 @@ public:
             platform::press(window_, id);
         }
         if (window_.ended || event.reason == newtExitStruct::NEWT_EXIT_TIMER) return;
-        if (event.reason == newtExitStruct::NEWT_EXIT_ERROR) return platform::press(window_, IDCANCEL);
+        if (event.reason == newtExitStruct::NEWT_EXIT_ERROR) { // the terminal is gone
+            press_cancel();
+            window_.ended = true;
+            return;
+        }
         const bool by_key = event.reason == newtExitStruct::NEWT_EXIT_HOTKEY;
-        if (by_key && (event.u.key == NEWT_KEY_ESCAPE || event.u.key == interrupt_key))
-            return platform::press(window_, IDCANCEL);
+        if (by_key && (event.u.key == NEWT_KEY_ESCAPE || event.u.key == interrupt_key)) return press_cancel();
         if (by_key && event.u.key == NEWT_KEY_F1) {
             if (window_.find(help_button)) platform::press(window_, help_button);
             return;
@@ -249,6 +252,9 @@ private:
             platform::set_text(window_, control->shape->id, platform::dialog_text(typed));
         }
     }
+
+    // A dialog without Cancel is one that only tells something.
+    void press_cancel() { window_.find(IDCANCEL) ? platform::press(window_, IDCANCEL) : press_default(); }
 
     void press_default()
     {
