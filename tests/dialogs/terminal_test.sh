@@ -18,7 +18,7 @@ keys() { on_tmux send-keys -t "$session" "$@"; }
 # Waits until the screen has a line like this (at most 20 s: sanitized programs start slowly).
 sees() {
     for _ in $(seq 200); do
-        on_tmux capture-pane -t "$session" -p | grep -qE -- "$1" && return
+        on_tmux capture-pane -t "$session" -p -J | grep -qE -- "$1" && return
         sleep 0.1
     done
     complain "never seen: $1"
@@ -98,7 +98,12 @@ sees 'status=0'
 open 80 24 options about
 sees '<OK> +<Help>'
 captured terminal_about
+keys F1
+sees 'man lwimport'
 keys Enter
+sees '<OK> +<Help>'
+sleep 0.5
+keys Escape # it has no Cancel, and closes all the same
 sees 'status=0'
 open 79 24 options
 sees 'error: dialogs need a terminal of 80 columns and 24 lines, and this one has 79'
