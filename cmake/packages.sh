@@ -3,7 +3,7 @@
 build_packages="build-essential cmake ninja-build ccache pkg-config libcli11-dev nlohmann-json3-dev libglm-dev
     libglu1-mesa-dev libpng-dev zlib1g-dev libavcodec-dev libavformat-dev libavutil-dev libswscale-dev libnewt-dev"
 windows_packages="cmake ninja-build ccache g++-mingw-w64-x86-64-posix libz-mingw-w64-dev libcli11-dev
-    nlohmann-json3-dev libglm-dev libstb-dev zip"
+    nlohmann-json3-dev libglm-dev libstb-dev zip ffmpeg"
 test_packages="libgtest-dev libgmock-dev locales clang-format-14 tmux"
 
 # need PACKAGE...: installs those that are missing. What apt says goes to build/packages.log.
