@@ -51,13 +51,6 @@ void add_import_options(CommandLine& line, ImportOptions& options, bool conversi
     line.flag("--no-progress", options.no_progress, "no progress line on a terminal");
 }
 
-// UTF-8 as most names are; what isn't is taken for Latin-1.
-static std::string utf8_of(std::string_view name)
-{
-    const std::string latin1 = tv::utf8_to_latin1(name);
-    return latin1 == name ? tv::latin1_to_utf8(latin1) : std::string(name);
-}
-
 static std::string absolute_directory(const std::string& directory, const char* option)
 {
     std::error_code error;
@@ -152,7 +145,7 @@ private:
             }
         }
         if (!current_ || !current_->found.empty()) return;
-        note(place.empty() ? utf8_of(path) : std::string(place));
+        note(place.empty() ? tv::shown_name(path) : std::string(place));
         if (!place.empty()) current_->found = absolute(place);
     }
 
@@ -210,7 +203,7 @@ private:
 
 std::string shown_path(const fs::path& path)
 {
-    return utf8_of(path.string());
+    return tv::shown_name(path.string());
 }
 
 static std::string_view without_object_extension(std::string_view place)

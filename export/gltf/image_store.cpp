@@ -47,15 +47,6 @@ std::optional<std::vector<unsigned char>> read_file(const std::string& path, std
     return bytes;
 }
 
-std::string utf8(const std::string& path) // what is no UTF-8 on disk is read as Latin-1
-{
-    const std::string latin1 = tv::utf8_to_latin1(path);
-    if (latin1 != path) return path; // it was UTF-8
-    for (const char c : path)
-        if (static_cast<unsigned char>(c) >= 0x80) return tv::latin1_to_utf8(path);
-    return path;
-}
-
 } // namespace
 
 void NoteBook::add(Note::Level level, const std::string& text)
@@ -75,7 +66,7 @@ ImageFile* ImageStore::open(const std::string& name, const std::string& surface)
         notes_.report().missing_images.push_back({shown, surface, std::move(place.tried), ""});
         return nullptr;
     }
-    const std::string found = utf8(place.path);
+    const std::string found = tv::shown_name(place.path);
     if (place.sequence)
         notes_.info("image '" + shown + "' is a sequence of pictures; " + found + " stands for all of them");
     else if (place.other_extension)
@@ -147,7 +138,7 @@ std::shared_ptr<const Pixels> ImageStore::pixels(ImageFile& file)
     std::string error;
     std::shared_ptr<const Pixels> again = load(file, error);
     if (!again) {
-        notes_.warn(utf8(file.path) + ": " + error);
+        notes_.warn(tv::shown_name(file.path) + ": " + error);
         return nullptr;
     }
     keep(file, again);

@@ -22,5 +22,7 @@ inline void append_utf8(std::string& out, char latin1)
 TV_API std::string latin1_to_utf8(std::string_view latin1); // total: every byte is a character
 // What isn't valid UTF-8, or has characters beyond Latin-1, comes back byte for byte.
 TV_API std::string utf8_to_latin1(std::string_view utf8);
+// A name of the system's, for people: UTF-8 as it stands, what is none read as Latin-1.
+TV_API std::string shown_name(std::string_view name);
 
 } // namespace tv
