@@ -4,15 +4,16 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <deque>
 #include <functional>
 #include <queue>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "lib/services/host.h"
+#include "lib/toolkit/name_index.h"
 #include "lib/toolkit/scene.h"
 #include "lib/toolkit/trace.h"
 
@@ -31,8 +32,28 @@ struct Numbering {
     std::priority_queue<uint64_t, std::vector<uint64_t>, std::greater<>> freed; // candidates, to be tested again
 };
 
+// Names that were noted, each once.
+class NotedNames {
+public:
+    bool contains(std::string_view name) const
+    {
+        const auto name_of = [this](uint32_t number) { return std::string_view(names_[number]); };
+        return index_.find(name, name_of) != tv::NameIndex::none;
+    }
+    void insert(std::string_view name)
+    {
+        if (contains(name)) return;
+        names_.emplace_back(name);
+        index_.add(name, static_cast<uint32_t>(names_.size() - 1));
+    }
+
+private:
+    tv::NameIndex index_;
+    std::deque<std::string> names_;
+};
+
 struct NamesOfKind {
-    std::unordered_set<std::string, tv::Scene::Hash, std::equal_to<>> noted;
+    NotedNames noted;
     Table<Numbering> numberings;
     Table<std::string> translations;
     std::size_t removals_seen = 0;

@@ -9,41 +9,55 @@ namespace tv {
 
 namespace {
 
-template <class Body>
-void each_channel(InstanceChannels& all, Body body)
+// The channel at a slot, or null.
+Channel* at_slot(InstanceChannels& all, std::size_t slot)
 {
-    for (std::size_t i = 0; i < 3; ++i) {
-        body(all.position[i], 10 + i);
-        body(all.scale[i], 13 + i);
-        body(all.rotation[i], 16 + i);
-    }
+    if (slot < 10 || slot > 18) return nullptr;
+    std::array<Channel, 3>* const axes[] = {&all.position, &all.scale, &all.rotation};
+    return &(*axes[(slot - 10) / 3])[(slot - 10) % 3];
 }
 
-template <class Body>
-void each_channel(CameraChannels& all, Body body)
+Channel* at_slot(CameraChannels& all, std::size_t slot)
 {
-    for (std::size_t i = 0; i < 3; ++i) {
-        body(all.look_from[i], 8 + i);
-        body(all.look_at[i], 11 + i);
-    }
-    body(all.roll, 14);
+    if (slot < 8 || slot > 14) return nullptr;
+    if (slot == 14) return &all.roll;
+    return slot < 11 ? &all.look_from[slot - 8] : &all.look_at[slot - 11];
 }
+
+constexpr unsigned slot_bits = 5;
+constexpr std::size_t slots = std::size_t{1} << slot_bits;
 
 template <class Channels>
 void own(Channels& all, Kind kind, Id id)
 {
-    each_channel(all, [&](Channel& channel, std::size_t slot) {
-        channel.owner_kind = kind;
-        channel.owner = id;
-        channel.slot = static_cast<uint8_t>(slot);
-        store().channels.insert(&channel);
-    });
+    for (std::size_t slot = 0; slot < slots; ++slot) {
+        Channel* const channel = at_slot(all, slot);
+        if (!channel) continue;
+        channel->owner_kind = kind;
+        channel->owner = id;
+        channel->slot = static_cast<uint8_t>(slot);
+    }
+}
+
+// Gives the set its number.
+template <class Channels>
+void enter(Channels& all, const Store::ChannelSet& entry)
+{
+    Store& in = store();
+    in.channel_sets.push_back(entry);
+    all.number = in.first_channel_set + in.channel_sets.size() - 1;
+}
+
+void leave(uint64_t number)
+{
+    store().channel_sets[number - store().first_channel_set] = {};
 }
 
 template <class Channels>
-void forget(Channels& all)
+void* handle_of(Channels& all, std::size_t slot)
 {
-    each_channel(all, [](Channel& channel, std::size_t) { store().channels.erase(&channel); });
+    static_assert(sizeof(void*) >= sizeof(uint64_t)); // a number and a slot need more than 32 bits
+    return at_slot(all, slot) ? reinterpret_cast<void*>(all.number << slot_bits | slot) : nullptr;
 }
 
 template <class Things>
@@ -56,8 +70,13 @@ auto* living(Things& things, Id id)
 
 Channel* living_channel(const void* handle)
 {
-    const auto& channels = store().channels;
-    return channels.find(handle) == channels.end() ? nullptr : static_cast<Channel*>(const_cast<void*>(handle));
+    const Store& in = store();
+    const uint64_t value = reinterpret_cast<uintptr_t>(handle), number = value >> slot_bits;
+    const std::size_t slot = value % slots;
+    if (number < in.first_channel_set || number - in.first_channel_set >= in.channel_sets.size()) return nullptr;
+    const Store::ChannelSet& set = in.channel_sets[number - in.first_channel_set];
+    if (set.of_instance) return at_slot(*set.of_instance, slot);
+    return set.of_camera ? at_slot(*set.of_camera, slot) : nullptr;
 }
 
 const char* channel_owner_name(const Channel& channel)
@@ -71,8 +90,10 @@ InstanceChannels& make_channels(Id instance)
 {
     std::unique_ptr<InstanceChannels>& channels = store().scene.instances[instance].channels;
     if (!channels) {
-        channels = std::make_unique<InstanceChannels>();
-        own(*channels, Kind::instance, instance);
+        auto made = std::make_unique<InstanceChannels>();
+        enter(*made, {made.get(), nullptr});
+        own(*made, Kind::instance, instance);
+        channels = std::move(made);
     }
     return *channels;
 }
@@ -80,7 +101,7 @@ InstanceChannels& make_channels(Id instance)
 void drop_channels(Id instance)
 {
     std::unique_ptr<InstanceChannels>& channels = store().scene.instances[instance].channels;
-    if (channels) forget(*channels);
+    if (channels) leave(channels->number);
     channels.reset();
 }
 
@@ -96,34 +117,27 @@ void move_channels(Id from, Id to)
 
 void register_camera_channels(Id camera)
 {
-    own(store().scene.cameras[camera].channels, Kind::camera, camera);
+    CameraChannels& channels = store().scene.cameras[camera].channels;
+    enter(channels, {nullptr, &channels});
+    own(channels, Kind::camera, camera);
 }
 
 void forget_camera_channels(Id camera)
 {
-    forget(store().scene.cameras[camera].channels);
+    leave(store().scene.cameras[camera].channels.number);
 }
 
-Channel* instance_channel(Id instance, std::size_t slot)
+void* instance_channel(Id instance, std::size_t slot)
 {
     if (!living(store().scene.instances, instance)) return nullptr;
     if (slot >= 6 && slot <= 8) slot += 10; // a guard stands for the rotation channel that it guards
-    Channel* found = nullptr;
-    if (slot < 10 || slot > 18) return found;
-    each_channel(make_channels(instance), [&](Channel& channel, std::size_t at) {
-        if (at == slot) found = &channel;
-    });
-    return found;
+    return slot < 10 || slot > 18 ? nullptr : handle_of(make_channels(instance), slot);
 }
 
-Channel* camera_channel(Id camera, std::size_t slot)
+void* camera_channel(Id camera, std::size_t slot)
 {
-    Channel* found = nullptr;
-    if (Camera* const thing = living(store().scene.cameras, camera))
-        each_channel(thing->channels, [&](Channel& channel, std::size_t at) {
-            if (at == slot) found = &channel;
-        });
-    return found;
+    Camera* const thing = living(store().scene.cameras, camera);
+    return thing ? handle_of(thing->channels, slot) : nullptr;
 }
 
 void optimize_instance_channels(Id instance)

@@ -27,7 +27,7 @@ Id make(Store& in, Kind kind, std::deque<Thing>& things, const char* name)
     if (found != no_id) return found;
     const Id id = static_cast<Id>(things.size());
     things.emplace_back().name = name;
-    in.scene.names[index_of(kind)].emplace(name, id);
+    in.scene.names[index_of(kind)].add(things.back().name, id);
     return id;
 }
 
@@ -69,15 +69,27 @@ void clear_scene()
 {
     trace_flush();
     const uint64_t revision = scene().revision;
+    const uint64_t next_channel_set = store().first_channel_set + store().channel_sets.size();
     store() = new_store();
     store().scene.revision = revision + 1; // what was computed of the old scene is no good for the new one
+    store().first_channel_set = next_channel_set;
 }
 
 Id Scene::find(Kind kind, std::string_view name) const
 {
-    const NameTable& table = names[index_of(kind)];
-    const auto found = table.find(name);
-    return found == table.end() ? no_id : found->second;
+    const auto find_in = [&](const auto& things) {
+        return names[index_of(kind)].find(name, [&](Id id) { return std::string_view(things[id].name); });
+    };
+    switch (kind) {
+    case Kind::object: return find_in(objects);
+    case Kind::instance: return find_in(instances);
+    case Kind::surface: return find_in(surfaces);
+    case Kind::texture: return find_in(textures);
+    case Kind::light: return find_in(lights);
+    case Kind::camera: return find_in(cameras);
+    case Kind::none: break;
+    }
+    return no_id;
 }
 
 Kind kind_of(int32_t token)
@@ -169,10 +181,10 @@ void hang_under_world(const ChildList& children)
 }
 
 template <class Thing>
-void bury(Kind kind, Thing& thing)
+void bury(Kind kind, Id id, Thing& thing)
 {
     thing.alive = false;
-    store().scene.names[index_of(kind)].erase(thing.name);
+    store().scene.names[index_of(kind)].erase(thing.name, id);
 }
 
 } // namespace
@@ -188,7 +200,7 @@ void remove_thing(Kind kind, Id id, Function function)
         while (in.first_instance[id] != no_id) set_object(in.first_instance[id], no_id);
         object.primitives = {};
         if (in.open_object == id) in.open_object = no_id;
-        bury(kind, object);
+        bury(kind, id, object);
         break;
     }
     case Kind::instance: {
@@ -201,21 +213,21 @@ void remove_thing(Kind kind, Id id, Function function)
         detach(id);
         set_object(id, no_id);
         drop_channels(id);
-        bury(kind, instance);
+        bury(kind, id, instance);
         break;
     }
-    case Kind::surface: bury(kind, in.scene.surfaces[id]); break;
-    case Kind::texture: bury(kind, in.scene.textures[id]); break;
+    case Kind::surface: bury(kind, id, in.scene.surfaces[id]); break;
+    case Kind::texture: bury(kind, id, in.scene.textures[id]); break;
     case Kind::light:
         if (id == 0) {
             report(4, "ERR_SCENE_FIXED", function_name(function), {in.scene.lights[id].name});
             return;
         }
-        bury(kind, in.scene.lights[id]);
+        bury(kind, id, in.scene.lights[id]);
         break;
     case Kind::camera:
         forget_camera_channels(id);
-        bury(kind, in.scene.cameras[id]);
+        bury(kind, id, in.scene.cameras[id]);
         break;
     }
     in.scene.removed[index_of(kind)].push_back(id);

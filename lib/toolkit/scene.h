@@ -13,9 +13,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "lib/toolkit/name_index.h"
 #include "lib/toolkit/vc4_tv.h"
 
 namespace tv {
@@ -84,12 +84,14 @@ struct Channel {
 struct InstanceChannels {
     std::array<Channel, 3> position, scale, rotation; // X, Y, Z each
     int32_t euler_order = 8;                          // 8: Z first, then X, then Y
+    uint64_t number = 0;                              // in their handles; the toolkit's own
 };
 
 // Slots of a camera's table: 8 to 10 look-from, 11 to 13 look-at, 14 roll in degrees.
 struct CameraChannels {
     std::array<Channel, 3> look_from, look_at;
     Channel roll;
+    uint64_t number = 0; // in their handles; the toolkit's own
 };
 
 // ---- instances -----------------------------------------------------------------------------------------------------
@@ -249,8 +251,7 @@ struct Scene {
         using is_transparent = void;
         std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
     };
-    using NameTable = std::unordered_map<std::string, Id, Hash, std::equal_to<>>;
-    std::array<NameTable, kind_count> names; // the toolkit's own
+    std::array<NameIndex, kind_count> names; // of the living things; the toolkit's own
     // Things that have been removed, kind by kind, in order: their names are free again.
     std::array<std::vector<Id>, kind_count> removed;
     uint64_t revision = 0; // rises with each change of what extents depend on

@@ -2,7 +2,7 @@
 #pragma once
 #include <cstdint>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 #include "lib/toolkit/scene.h"
@@ -24,10 +24,17 @@ struct Store {
     std::vector<Sharers> sharers;
     std::vector<Id> first_instance; // of an object
 
-    std::vector<Scene::NameTable> layer_numbers; // of a surface: which layer has the name
+    using LayerNumbers = std::unordered_map<std::string, Id, Scene::Hash, std::equal_to<>>;
+    std::vector<LayerNumbers> layer_numbers; // of a surface: which layer has the name
 
-    // Handles that are good. Looked up before a handle is followed.
-    std::unordered_set<const void*> channels;
+    // Sets of channels by their number, which is never used again: a handle holds the number and a slot, and follows
+    // its channel when the set moves to another instance. Numbers go on when the scene is cleared.
+    struct ChannelSet {
+        InstanceChannels* of_instance = nullptr; // both null: gone
+        CameraChannels* of_camera = nullptr;
+    };
+    std::vector<ChannelSet> channel_sets;
+    uint64_t first_channel_set = 1; // the number of channel_sets[0]
 };
 
 Store& store();
@@ -67,7 +74,7 @@ bool object_would_close_cycle(Id instance, Id object);
 
 // ---- channels ------------------------------------------------------------------------------------------------------
 
-Channel* living_channel(const void* handle); // null for what is no handle
+Channel* living_channel(const void* handle); // null for what is no handle; never looks where it points
 const char* channel_owner_name(const Channel& channel);
 InstanceChannels& make_channels(Id instance); // those it has, or new ones
 void drop_channels(Id instance);

@@ -1,4 +1,6 @@
 // What hangs under what. Two kinds of parent: an instance, and an object, whose children stand in each instance of it.
+#include <unordered_set>
+
 #include "lib/toolkit/report.h"
 #include "lib/toolkit/scene_store.h"
 
