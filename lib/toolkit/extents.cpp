@@ -50,36 +50,30 @@ Triple widened(const Vec3& p)
     return {static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2])};
 }
 
-// An object's points, with boxes round runs of them, and round runs of these boxes. An object that stands in many
-// places is measured in each by following just the boxes that can widen the result. That loses nothing: rounding is
-// monotone, so no point of a box comes out beyond the corner that bounds it.
+// Boxes round runs of a primitive's points, and round runs of these boxes. A primitive that is measured a second time,
+// in another place or behind a change of the scene, is measured by following just the boxes that can widen the result.
+// That loses nothing: rounding is monotone, so no point of a box comes out beyond the corner that bounds it.
+// A primitive's points never change, so its boxes stay good as long as the scene.
 class PointBoxes {
 public:
-    explicit PointBoxes(const Object& object)
+    // Widens `box` by the points, always the same ones, under `m`. What isn't finite is left out.
+    void measure(const std::vector<float>& points, const Matrix64& m, Box& box)
     {
-        for (const Primitive& primitive : object.primitives) {
-            const std::vector<float>& p = primitive.positions;
-            for (std::size_t i = 0; i + 2 < p.size(); i += 3)
-                if (const Vec3 point{p[i], p[i + 1], p[i + 2]}; finite(widened(point))) points_.push_back(point);
-        }
-    }
-
-    // Widens `box` by the points under `m`.
-    void measure(const Matrix64& m, Box& box)
-    {
+        const std::size_t count = points.size() / 3;
         const bool tame = std::all_of(m.begin(), m.end(), [](double v) { return std::abs(v) < 1e200; });
-        if (!used_ || !tame || points_.size() <= run) {
+        if (!used_ || !tame || count <= run) {
             used_ = true;
-            for (const Vec3& point : points_) {
-                const Triple out = transform(point, m);
-                if (finite(out)) box.add(out);
+            for (std::size_t i = 0; i < count; ++i) {
+                const Triple in = point(points, i);
+                const Triple out = {coordinate(in, m, 0), coordinate(in, m, 1), coordinate(in, m, 2)};
+                if (finite(in) && finite(out)) box.add(out);
             }
             return;
         }
-        if (levels_.empty()) build();
+        if (levels_.empty()) build(points);
         for (std::size_t axis = 0; axis < 3; ++axis) {
-            widen<true>(m, axis, box.upper[axis]);
-            widen<false>(m, axis, box.lower[axis]);
+            widen<true>(points, m, axis, box.upper[axis]);
+            widen<false>(points, m, axis, box.lower[axis]);
         }
     }
 
@@ -88,34 +82,37 @@ private:
     static constexpr std::size_t fan = 8;    // boxes in a box
     static constexpr std::size_t most = 128; // open boxes: fan for each of the levels that 2^32 points have
 
-    static Triple transform(const Vec3& p, const Matrix64& m)
+    static Triple point(const std::vector<float>& points, std::size_t i)
     {
-        const Triple at = widened(p);
-        return {coordinate(at, m, 0), coordinate(at, m, 1), coordinate(at, m, 2)};
+        return widened({points[3 * i], points[3 * i + 1], points[3 * i + 2]});
     }
 
-    void build()
+    void build(const std::vector<float>& points)
     {
+        const std::size_t count = points.size() / 3;
         std::vector<Box> boxes;
-        for (std::size_t i = 0; i < points_.size(); i += run) {
+        for (std::size_t i = 0; i < count; i += run) {
             Box& box = boxes.emplace_back();
-            for (std::size_t k = i; k < std::min(i + run, points_.size()); ++k) box.add(widened(points_[k]));
+            for (std::size_t k = i; k < std::min(i + run, count); ++k)
+                if (const Triple p = point(points, k); finite(p)) box.add(p);
         }
-        levels_.push_back(std::move(boxes));
-        while (levels_.back().size() > 1) {
-            const std::vector<Box>& below = levels_.back();
+        std::vector<std::vector<Box>> levels;
+        levels.push_back(std::move(boxes));
+        while (levels.back().size() > 1) {
+            const std::vector<Box>& below = levels.back();
             boxes = {};
             for (std::size_t i = 0; i < below.size(); i += fan) {
                 Box& box = boxes.emplace_back();
                 for (std::size_t k = i; k < std::min(i + fan, below.size()); ++k) box.add(below[k]);
             }
-            levels_.push_back(std::move(boxes));
+            levels.push_back(std::move(boxes));
         }
+        levels_ = std::move(levels); // all of them, or none where memory ran out
     }
 
     // The extreme of one coordinate: the largest, or the smallest.
     template <bool Largest>
-    void widen(const Matrix64& m, std::size_t axis, double& best) const
+    void widen(const std::vector<float>& points, const Matrix64& m, std::size_t axis, double& best) const
     {
         const auto beats = [&](double value) { return Largest ? value > best : value < best; };
         const auto corner = [&](const Box& box, std::size_t i) {
@@ -130,48 +127,51 @@ private:
         while (count) {
             const Open at = open[--count];
             const Box& box = levels_[at.level][at.index];
-            if (!beats(coordinate({corner(box, 0), corner(box, 1), corner(box, 2)}, m, axis))) continue;
+            if (box.empty() || !beats(coordinate({corner(box, 0), corner(box, 1), corner(box, 2)}, m, axis))) continue;
             if (at.level > 0) {
                 const std::size_t first = at.index * fan, end = std::min(first + fan, levels_[at.level - 1].size());
                 for (std::size_t k = first; k < end; ++k) open[count++] = {at.level - 1, k};
                 continue;
             }
-            const std::size_t first = at.index * run, end = std::min(first + run, points_.size());
+            const std::size_t first = at.index * run, end = std::min(first + run, points.size() / 3);
             for (std::size_t k = first; k < end; ++k) {
-                const double value = coordinate(widened(points_[k]), m, axis);
-                if (beats(value)) best = value;
+                const Triple p = point(points, k);
+                const double value = coordinate(p, m, axis);
+                if (beats(value) && finite(p)) best = value;
             }
         }
     }
 
-    std::vector<Vec3> points_;             // the finite ones
-    std::vector<std::vector<Box>> levels_; // from the finest to the one box round all; made for the second place
+    std::vector<std::vector<Box>> levels_; // from the finest to the one box round all; made for the second time
     bool used_ = false;
 };
+
+// Kept until something that it depends on changes, and the boxes of points as long as the scene.
+struct Kept {
+    bool good = false;
+    uint64_t revision = 0;
+    Box box;
+    std::vector<std::vector<PointBoxes>> objects; // a row an object, an entry a primitive
+};
+Kept kept;
 
 Box measure_scene()
 {
     constexpr std::size_t most_places = std::size_t{1} << 22;
     const Scene& in = scene();
-    std::vector<std::unique_ptr<PointBoxes>> objects(in.objects.size());
+    kept.objects.resize(in.objects.size());
     Box box;
     const bool all = walk_places(static_cast<double>(in.time_line.current), most_places, [&](const Placement& at) {
         const Id object = in.instances[at.instance].object;
-        if (object == no_id || in.objects[object].primitives.empty()) return;
-        if (!objects[object]) objects[object] = std::make_unique<PointBoxes>(in.objects[object]);
-        objects[object]->measure(at.world, box);
+        if (object == no_id) return;
+        const std::vector<Primitive>& primitives = in.objects[object].primitives;
+        kept.objects[object].resize(primitives.size());
+        for (std::size_t i = 0; i < primitives.size(); ++i)
+            kept.objects[object][i].measure(primitives[i].positions, at.world, box);
     });
     if (!all) report(3, "ERR_SCENE_TOO_LARGE", "Tv_Compute_Worldspace_Extents", {std::to_string(most_places)});
     return box;
 }
-
-// Kept until something that it depends on changes.
-struct Kept {
-    bool good = false;
-    uint64_t revision = 0;
-    Box box;
-};
-Kept kept;
 
 float rounded(double value)
 {
@@ -180,13 +180,22 @@ float rounded(double value)
 
 } // namespace
 
+void forget_extents()
+{
+    kept = {};
+}
+
 } // namespace tv
 
 extern "C" void Tv_Compute_Worldspace_Extents(float* upper, float* lower, int32_t flag)
 {
     using namespace tv;
     guarded("Tv_Compute_Worldspace_Extents", [&] {
-        if (!kept.good || kept.revision != scene().revision) kept = {true, scene().revision, measure_scene()};
+        if (kept.good && kept.revision == scene().revision) return;
+        kept.good = false;
+        kept.box = measure_scene();
+        kept.revision = scene().revision;
+        kept.good = true;
     });
     for (std::size_t i = 0; i < 3; ++i) {
         upper[i] = rounded(kept.box.upper[i]);

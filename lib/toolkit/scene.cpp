@@ -70,6 +70,7 @@ void clear_scene()
     trace_flush();
     const uint64_t revision = scene().revision;
     const uint64_t next_channel_set = store().first_channel_set + store().channel_sets.size();
+    forget_extents();
     store() = new_store();
     store().scene.revision = revision + 1; // what was computed of the old scene is no good for the new one
     store().first_channel_set = next_channel_set;

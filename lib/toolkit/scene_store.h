@@ -82,6 +82,8 @@ void move_channels(Id from, Id to); // nothing where `from` has none; else those
 void register_camera_channels(Id camera);
 void forget_camera_channels(Id camera);
 
+void forget_extents(); // with the scene that they were measured of
+
 inline void touch()
 {
     ++store().scene.revision;
