@@ -17,23 +17,31 @@ struct Surface_Key {
     int32_t surface;
 };
 
-// Where a surface's polygons begin in the sorted arrays; they end where the next surface's begin.
-struct Surface_Start {
-    int32_t polygon, index;
+// Polygons of one surface that stand side by side in the file. They end where the next run begins.
+struct Polygon_Run {
+    int32_t polygon, index; // of its first polygon
+    int32_t surface;        // -1 none
 };
 
-// The polygons are sorted by surface once, so that all pieces together cost one pass over them. A piece's arrays are
-// then stretches of the sorted ones.
+struct Surface_Runs {
+    int32_t first; // in run_order; they end where the next surface's begin
+    int32_t num_polygons, num_indices;
+};
+
+// One pass over the polygons parts them into runs, so that all pieces together cost one more; a piece's arrays are
+// gathered from its runs, where they stay near, and never stand beside those of all the others.
 struct Split_Data {
     int32_t* vertex_tag;   // a point's newest user: surface number from 1; 0 none
     int32_t* vertex_remap; // the point's index from 0 in the current piece; good where the tag is the piece's
     int32_t* used_points;  // of the current piece
     Surface_Key* keys;     // a hash table of key_mask + 1 places
     uint32_t key_mask;
-    int32_t* surface_of; // of each polygon; -1 none
-    Surface_Start* starts;
-    int32_t* sorted_indices;
-    int32_t* sorted_verts_per_poly;
+    Surface_Runs* surfaces;
+    Polygon_Run* runs;
+    int32_t num_runs, room_for_runs;
+    int32_t* run_order;            // numbers of runs by surface, in file order within each
+    int32_t* piece_verts_per_poly; // room for the largest piece
+    int32_t* piece_indices;
     float* piece_vertices;
 };
 
@@ -54,10 +62,12 @@ void lw_release_split_data()
     free_array(&split.vertex_remap);
     free_array(&split.used_points);
     free_array(&split.keys);
-    free_array(&split.surface_of);
-    free_array(&split.starts);
-    free_array(&split.sorted_indices);
-    free_array(&split.sorted_verts_per_poly);
+    free_array(&split.surfaces);
+    free_array(&split.runs);
+    free_array(&split.run_order);
+    split.num_runs = split.room_for_runs = 0;
+    free_array(&split.piece_verts_per_poly);
+    free_array(&split.piece_indices);
     free_array(&split.piece_vertices);
 }
 
@@ -91,52 +101,88 @@ static void make_keys(const lw_object_data* object, int32_t count, const char* m
     }
 }
 
-// Finds every polygon's surface. Leaves at starts[surface + 2] how many polygons and indices it has.
-static void count_polygons(const lw_object_data* object)
+// The array grows by half, so that many short runs cost no more than their number.
+static void add_run(const Polygon_Run& run, const char* message)
 {
-    const char* last_name = nullptr;
-    int32_t surface = -1;
-    for (int32_t i = 0; i < object->num_polygons; ++i) {
+    if (split.num_runs == split.room_for_runs) {
+        const int32_t room = split.room_for_runs + split.room_for_runs / 2 + 256;
+        void* const runs = Tv_Realloc_Memory(0, split.runs, static_cast<std::size_t>(room) * sizeof(Polygon_Run));
+        if (!runs) lw_report_fatal(message);
+        split.runs = static_cast<Polygon_Run*>(runs);
+        split.room_for_runs = room;
+    }
+    split.runs[split.num_runs++] = run;
+}
+
+// All runs in file order, and one behind them where they end.
+static void find_runs(const lw_object_data* object, const char* message)
+{
+    int32_t index = 0;
+    for (int32_t i = 0; i < object->num_polygons;) {
         const char* const name = object->poly_surface[i];
-        if (name != last_name) {
-            last_name = name;
-            const Surface_Key* const key = find_place(name);
-            surface = key->unique_name ? key->surface : -1;
-        }
-        split.surface_of[i] = surface;
-        if (surface < 0) continue;
-        ++split.starts[surface + 2].polygon;
-        split.starts[surface + 2].index += object->verts_per_poly[i];
+        const Surface_Key* const key = find_place(name);
+        add_run({i, index, key->unique_name ? key->surface : -1}, message);
+        for (; i < object->num_polygons && object->poly_surface[i] == name; ++i) index += object->verts_per_poly[i];
+    }
+    add_run({object->num_polygons, index, -1}, message);
+}
+
+// Counting sort of the runs by surface.
+static void order_runs(int32_t count)
+{
+    const int32_t num_runs = split.num_runs - 1;
+    for (int32_t i = 0; i < num_runs; ++i) {
+        const Polygon_Run* const run = split.runs + i;
+        if (run->surface < 0) continue;
+        Surface_Runs* const surface = split.surfaces + run->surface;
+        ++surface[1].first;
+        surface->num_polygons += run[1].polygon - run->polygon;
+        surface->num_indices += run[1].index - run->index;
+    }
+    // Sums leave each surface's end at it, from where its runs are put down backwards.
+    for (int32_t i = 0; i < count; ++i) split.surfaces[i + 1].first += split.surfaces[i].first;
+    for (int32_t i = 0; i < count; ++i) split.surfaces[i].first = split.surfaces[i + 1].first;
+    for (int32_t i = num_runs - 1; i >= 0; --i) {
+        const int32_t surface = split.runs[i].surface;
+        if (surface >= 0) split.run_order[--split.surfaces[surface].first] = i;
     }
 }
 
-// Counting sort by surface, in file order within each.
-static void sort_polygons(const lw_object_data* object, int32_t count)
+static void part_polygons(const lw_object_data* object, int32_t count)
 {
     const char* const polygons_message = "Out of memory while allocating temporary MESH vertices/polygon array";
     const char* const indices_message = "Out of memory while allocating temporary MESH face indices array";
     make_keys(object, count, polygons_message);
-    allocate(&split.surface_of, 0, object->num_polygons, polygons_message);
-    allocate(&split.starts, 1, count + 2, polygons_message);
-    count_polygons(object);
-    // The counts stand two places up: the sums leave each surface's start one place up, and the copying below moves it
-    // to the next one's start, so that in the end every start stands in its own place.
-    for (int32_t i = 2; i < count + 2; ++i) {
-        split.starts[i].polygon += split.starts[i - 1].polygon;
-        split.starts[i].index += split.starts[i - 1].index;
+    allocate(&split.surfaces, 1, count + 1, polygons_message);
+    find_runs(object, polygons_message);
+    allocate(&split.run_order, 0, split.num_runs, polygons_message);
+    order_runs(count);
+    int32_t most_polygons = 0, most_indices = 0;
+    for (int32_t i = 0; i < count; ++i) {
+        most_polygons = std::max(most_polygons, split.surfaces[i].num_polygons);
+        most_indices = std::max(most_indices, split.surfaces[i].num_indices);
     }
-    allocate(&split.sorted_verts_per_poly, 0, split.starts[count + 1].polygon, polygons_message);
-    allocate(&split.sorted_indices, 0, split.starts[count + 1].index, indices_message);
-    const int32_t* from = object->face_indices;
-    for (int32_t i = 0; i < object->num_polygons; ++i) {
-        const int32_t corners = object->verts_per_poly[i];
-        if (split.surface_of[i] >= 0) {
-            Surface_Start* const start = split.starts + split.surface_of[i] + 1;
-            split.sorted_verts_per_poly[start->polygon++] = corners;
-            std::copy(from, from + corners, split.sorted_indices + start->index);
-            start->index += corners;
+    allocate(&split.piece_verts_per_poly, 0, most_polygons, polygons_message);
+    allocate(&split.piece_indices, 0, most_indices, indices_message);
+}
+
+// The piece's polygons one behind the other, with the object's indices. Runs lie far apart, so they are fetched ahead.
+static void gather_polygons(const lw_object_data* object, const Surface_Runs* surface)
+{
+    constexpr int32_t ahead = 4;
+    const int32_t end = surface[1].first;
+    int32_t *sizes = split.piece_verts_per_poly, *indices = split.piece_indices;
+    for (int32_t i = surface->first; i < end; ++i) {
+        if (i + 2 * ahead < end) __builtin_prefetch(split.runs + split.run_order[i + 2 * ahead]);
+        if (i + ahead < end) {
+            const Polygon_Run* const later = split.runs + split.run_order[i + ahead];
+            __builtin_prefetch(object->verts_per_poly + later->polygon);
+            __builtin_prefetch(object->face_indices + later->index);
+            __builtin_prefetch(object->face_indices + later->index + 16); // the next cache line
         }
-        from += corners;
+        const Polygon_Run* const run = split.runs + split.run_order[i];
+        sizes = std::copy(object->verts_per_poly + run->polygon, object->verts_per_poly + run[1].polygon, sizes);
+        indices = std::copy(object->face_indices + run->index, object->face_indices + run[1].index, indices);
     }
 }
 
@@ -203,9 +249,10 @@ static void copy_points(const lw_object_data* object, int32_t count)
 static void output_piece(const lw_object_data* object, int32_t surface, const char* group_object_name,
                          const char* parent_name, int16_t add_to_imported_list)
 {
-    const Surface_Start start = split.starts[surface], end = split.starts[surface + 1];
-    int32_t* const indices = split.sorted_indices + start.index;
-    const int32_t num_polygons = end.polygon - start.polygon, num_indices = end.index - start.index;
+    const Surface_Runs* const runs = split.surfaces + surface;
+    int32_t* const indices = split.piece_indices;
+    const int32_t num_polygons = runs->num_polygons, num_indices = runs->num_indices;
+    gather_polygons(object, runs);
     const int32_t num_vertices = collect_points(indices, num_indices, object->num_vertices, surface + 1);
     if (num_vertices == 0) return; // no polygon, or none that names a point
     allocate(&split.piece_vertices, 0, 3 * num_vertices, "Out of memory while allocating temporary vertex array");
@@ -215,9 +262,9 @@ static void output_piece(const lw_object_data* object, int32_t surface, const ch
     const LW_Surface_Name& entry = object->surface_names[surface];
     const LW_Surface_Info* const info = object->surface_info + surface;
     char piece_object_name[name_size], instance_name[name_size];
-    LW_Output_Mesh(entry.name, num_polygons, num_vertices, split.sorted_verts_per_poly + start.polygon,
-                   split.piece_vertices, indices, entry.unique_name, piece_object_name, info, nullptr, nullptr,
-                   parent_name, nullptr, add_to_imported_list);
+    LW_Output_Mesh(entry.name, num_polygons, num_vertices, split.piece_verts_per_poly, split.piece_vertices, indices,
+                   entry.unique_name, piece_object_name, info, nullptr, nullptr, parent_name, nullptr,
+                   add_to_imported_list);
     Import_IO_MakeNameUnique(lw_tokens.instance, piece_object_name, instance_name);
     Tv_Add_Instance(lw_tokens.instance, instance_name, lw_tokens.object, piece_object_name, 0);
     Tv_Attach(lw_tokens.instance, instance_name, lw_tokens.object, group_object_name, 0);
@@ -237,7 +284,7 @@ void lw_split_by_surface(lw_object_data* object, char* instance_name_out, char* 
     lw_fill_poly_surface_forward(object->poly_surface, object->num_polygons);
     // Surfaces are counted in 16 bits here.
     const int16_t count = static_cast<int16_t>(object->num_surfaces);
-    if (count > 0) sort_polygons(object, count);
+    if (count > 0) part_polygons(object, count);
 
     char group_object_name[512], group_instance_name[name_size];
     make_parent(object, group_object_name, sizeof group_object_name, group_instance_name, parent_name);
