@@ -3,6 +3,11 @@
 #include "export/gltf/image_library.h"
 #include "fuzz/harness.h"
 
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    return 0;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
 {
     const std::span<const unsigned char> bytes(data, size);
