@@ -20,7 +20,8 @@ struct Surface_Key {
 // Polygons of one surface that stand side by side in the file. They end where the next run begins.
 struct Polygon_Run {
     int32_t polygon, index; // of its first polygon
-    int32_t surface;        // -1 none
+    int16_t surface;        // -1 none
+    int16_t corners;        // of each polygon; 0 where they differ
 };
 
 struct Surface_Runs {
@@ -31,8 +32,9 @@ struct Surface_Runs {
 // One pass over the polygons parts them into runs, so that all pieces together cost one more; a piece's arrays are
 // gathered from its runs, where they stay near, and never stand beside those of all the others.
 struct Split_Data {
-    int32_t* vertex_tag;   // a point's newest user: surface number from 1; 0 none
-    int32_t* vertex_remap; // the point's index from 0 in the current piece; good where the tag is the piece's
+    // A place a point, and one behind them for what names no point.
+    int16_t* vertex_tag;   // a point's newest user: surface number from 1; 0 none
+    int32_t* vertex_remap; // the point's index from 1 in the current piece; good where the tag is the piece's
     int32_t* used_points;  // of the current piece
     Surface_Key* keys;     // a hash table of key_mask + 1 places
     uint32_t key_mask;
@@ -114,17 +116,24 @@ static void add_run(const Polygon_Run& run, const char* message)
     split.runs[split.num_runs++] = run;
 }
 
-// All runs in file order, and one behind them where they end.
+// All runs in file order, and one behind them where they end. A polygon without a name goes with the one before.
 static void find_runs(const lw_object_data* object, const char* message)
 {
     int32_t index = 0;
     for (int32_t i = 0; i < object->num_polygons;) {
         const char* const name = object->poly_surface[i];
         const Surface_Key* const key = find_place(name);
-        add_run({i, index, key->unique_name ? key->surface : -1}, message);
-        for (; i < object->num_polygons && object->poly_surface[i] == name; ++i) index += object->verts_per_poly[i];
+        const int32_t surface = key->unique_name ? key->surface : -1;
+        Polygon_Run run = {i, index, static_cast<int16_t>(surface), static_cast<int16_t>(object->verts_per_poly[i])};
+        for (; i < object->num_polygons; ++i) {
+            const char* const at = object->poly_surface[i];
+            if (at && at != name) break;
+            if (object->verts_per_poly[i] != run.corners) run.corners = 0;
+            index += object->verts_per_poly[i];
+        }
+        add_run(run, message);
     }
-    add_run({object->num_polygons, index, -1}, message);
+    add_run({object->num_polygons, index, -1, 0}, message);
 }
 
 // Counting sort of the runs by surface.
@@ -166,26 +175,6 @@ static void part_polygons(const lw_object_data* object, int32_t count)
     allocate(&split.piece_indices, 0, most_indices, indices_message);
 }
 
-// The piece's polygons one behind the other, with the object's indices. Runs lie far apart, so they are fetched ahead.
-static void gather_polygons(const lw_object_data* object, const Surface_Runs* surface)
-{
-    constexpr int32_t ahead = 4;
-    const int32_t end = surface[1].first;
-    int32_t *sizes = split.piece_verts_per_poly, *indices = split.piece_indices;
-    for (int32_t i = surface->first; i < end; ++i) {
-        if (i + 2 * ahead < end) __builtin_prefetch(split.runs + split.run_order[i + 2 * ahead]);
-        if (i + ahead < end) {
-            const Polygon_Run* const later = split.runs + split.run_order[i + ahead];
-            __builtin_prefetch(object->verts_per_poly + later->polygon);
-            __builtin_prefetch(object->face_indices + later->index);
-            __builtin_prefetch(object->face_indices + later->index + 16); // the next cache line
-        }
-        const Polygon_Run* const run = split.runs + split.run_order[i];
-        sizes = std::copy(object->verts_per_poly + run->polygon, object->verts_per_poly + run[1].polygon, sizes);
-        indices = std::copy(object->face_indices + run->index, object->face_indices + run[1].index, indices);
-    }
-}
-
 static void make_parent(const lw_object_data* object, char* group_object_name, std::size_t size,
                         char* group_instance_name, const char* parent_name)
 {
@@ -204,38 +193,60 @@ static void make_parent(const lw_object_data* object, char* group_object_name, s
     Import_IO_SaveHandleName(lw_tokens.instance, group_instance_name);
 }
 
-// Notes the points that the indices name, in the order of the file, and numbers them. An index may name no point.
-static int32_t collect_points(const int32_t* indices, int32_t num_indices, int32_t num_points, int32_t tag)
+static void fetch_ahead(const lw_object_data* object, int32_t i, int32_t end)
 {
-    int32_t count = 0, lowest = INT32_MAX, highest = -1;
-    for (int32_t i = 0; i < num_indices; ++i) {
-        const int32_t point = indices[i] - 1;
-        if (point < 0 || point >= num_points || split.vertex_tag[point] == tag) continue;
-        split.vertex_tag[point] = tag;
-        split.used_points[count++] = point;
-        lowest = std::min(lowest, point);
-        highest = std::max(highest, point);
+    constexpr int32_t ahead = 16, cache_line = 16; // runs; entries
+    if (i + 2 * ahead < end) __builtin_prefetch(split.runs + split.run_order[i + 2 * ahead]);
+    if (i + ahead >= end) return;
+    const Polygon_Run* const run = split.runs + split.run_order[i + ahead];
+    if (!run->corners) __builtin_prefetch(object->verts_per_poly + run->polygon);
+    __builtin_prefetch(object->face_indices + run->index);
+    __builtin_prefetch(object->face_indices + run->index + cache_line);
+}
+
+// Puts the piece's polygons one behind the other, with points of the object counted from 0, or the place behind them
+// where an index names none. Notes the points that they name in used_points, each once, and returns how many. Runs lie
+// far apart, so they are fetched ahead.
+static int32_t gather_polygons(const lw_object_data* object, const Surface_Runs* surface, int16_t tag)
+{
+    const uint32_t num_points = static_cast<uint32_t>(object->num_vertices);
+    const int32_t end = surface[1].first;
+    int32_t *sizes = split.piece_verts_per_poly, *points = split.piece_indices;
+    int32_t count = 0;
+    split.vertex_tag[num_points] = tag; // never noted
+    for (int32_t i = surface->first; i < end; ++i) {
+        fetch_ahead(object, i, end);
+        const Polygon_Run* const run = split.runs + split.run_order[i];
+        const int32_t* const from = object->verts_per_poly + run->polygon;
+        const int32_t num_polygons = run[1].polygon - run->polygon;
+        sizes = run->corners ? std::fill_n(sizes, num_polygons, run->corners) : std::copy_n(from, num_polygons, sizes);
+        const int32_t* const last = object->face_indices + run[1].index;
+        for (const int32_t* index = object->face_indices + run->index; index != last; ++index) {
+            const uint32_t point = std::min(static_cast<uint32_t>(*index) - 1, num_points);
+            *points++ = static_cast<int32_t>(point);
+            if (split.vertex_tag[point] == tag) continue;
+            split.vertex_tag[point] = tag;
+            split.used_points[count++] = static_cast<int32_t>(point);
+        }
     }
+    return count;
+}
+
+// Brings the noted points into the order of the file and numbers them.
+static void number_points(int32_t num_points, int32_t count, int16_t tag)
+{
+    const auto [low, high] = std::minmax_element(split.used_points, split.used_points + count);
+    const int32_t lowest = *low, highest = *high;
     if (highest - lowest < count * int64_t{16}) { // dense: reading the tags beats sorting
-        count = 0;
+        int32_t* used = split.used_points;
         for (int32_t point = lowest; point <= highest; ++point) {
-            if (split.vertex_tag[point] == tag) split.used_points[count++] = point;
+            if (split.vertex_tag[point] == tag) *used++ = point;
         }
     } else {
         std::sort(split.used_points, split.used_points + count);
     }
-    for (int32_t i = 0; i < count; ++i) split.vertex_remap[split.used_points[i]] = i;
-    return count;
-}
-
-// Indices of the object become those of the piece. What names no point of the one names none of the other.
-static void remap_indices(int32_t* indices, int32_t num_indices, int32_t num_points, int32_t num_piece_points)
-{
-    for (int32_t i = 0; i < num_indices; ++i) {
-        const int32_t point = indices[i] - 1;
-        const bool is_point = point >= 0 && point < num_points;
-        indices[i] = (is_point ? split.vertex_remap[point] : num_piece_points) + 1;
-    }
+    for (int32_t i = 0; i < count; ++i) split.vertex_remap[split.used_points[i]] = i + 1;
+    split.vertex_remap[num_points] = count + 1; // what names no point of the object names none of the piece
 }
 
 static void copy_points(const lw_object_data* object, int32_t count)
@@ -251,13 +262,14 @@ static void output_piece(const lw_object_data* object, int32_t surface, const ch
 {
     const Surface_Runs* const runs = split.surfaces + surface;
     int32_t* const indices = split.piece_indices;
-    const int32_t num_polygons = runs->num_polygons, num_indices = runs->num_indices;
-    gather_polygons(object, runs);
-    const int32_t num_vertices = collect_points(indices, num_indices, object->num_vertices, surface + 1);
+    const int32_t num_polygons = runs->num_polygons;
+    const int16_t tag = static_cast<int16_t>(surface + 1); // surfaces are counted in 16 bits
+    const int32_t num_vertices = gather_polygons(object, runs, tag);
     if (num_vertices == 0) return; // no polygon, or none that names a point
+    number_points(object->num_vertices, num_vertices, tag);
     allocate(&split.piece_vertices, 0, 3 * num_vertices, "Out of memory while allocating temporary vertex array");
     copy_points(object, num_vertices);
-    remap_indices(indices, num_indices, object->num_vertices, num_vertices);
+    for (int32_t i = 0; i < runs->num_indices; ++i) indices[i] = split.vertex_remap[indices[i]];
 
     const LW_Surface_Name& entry = object->surface_names[surface];
     const LW_Surface_Info* const info = object->surface_info + surface;
@@ -278,10 +290,10 @@ void lw_split_by_surface(lw_object_data* object, char* instance_name_out, char* 
                          const char* parent_name, int16_t add_to_imported_list)
 {
     lw_debug_printf("\nExploding mesh for object %s\n", object->base_name);
-    allocate(&split.vertex_tag, 1, object->num_vertices, "Out of memory while allocating the vertex tag array");
-    allocate(&split.vertex_remap, 1, object->num_vertices, "Out of memory while allocating the vertex remapping array");
+    allocate(&split.vertex_tag, 1, object->num_vertices + 1, "Out of memory while allocating the vertex tag array");
+    allocate(&split.vertex_remap, 1, object->num_vertices + 1,
+             "Out of memory while allocating the vertex remapping array");
     allocate(&split.used_points, 0, object->num_vertices, "Out of memory while allocating the vertex remapping array");
-    lw_fill_poly_surface_forward(object->poly_surface, object->num_polygons);
     // Surfaces are counted in 16 bits here.
     const int16_t count = static_cast<int16_t>(object->num_surfaces);
     if (count > 0) part_polygons(object, count);
