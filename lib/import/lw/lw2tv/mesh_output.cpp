@@ -12,7 +12,8 @@
 
 static const std::size_t name_size = 256;
 
-void lw_fill_poly_surface_forward(char** poly_surface, int32_t num_polygons)
+// Each null entry from the second on takes the value of the entry before it.
+static void fill_forward(char** poly_surface, int32_t num_polygons)
 {
     for (int32_t i = 1; i < num_polygons; ++i) {
         if (!poly_surface[i]) poly_surface[i] = poly_surface[i - 1];
@@ -35,7 +36,7 @@ void LW_Output_Mesh(const char* name, int32_t num_polygons, int32_t num_vertices
     lw_debug_printf("Outputting mesh for object: '%s'.\n", name);
     char object_name[name_size];
     Import_IO_MakeNameUnique(lw_tokens.object, name, object_name);
-    if (poly_surface) lw_fill_poly_surface_forward(poly_surface, num_polygons);
+    if (poly_surface) fill_forward(poly_surface, num_polygons);
     ++lw_object_count;
     for (int32_t i = 0; i < num_vertices; ++i) {
         float* const z = vertices + std::size_t{3} * static_cast<std::size_t>(i) + 2;

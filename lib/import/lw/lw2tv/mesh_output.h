@@ -21,6 +21,3 @@ void LW_Output_Mesh(const char* name, int32_t num_polygons, int32_t num_vertices
                     float* vertices, int32_t* face_indices, const char* surface_name, char* object_only_name_out,
                     const LW_Surface_Info* surface_info, char* instance_name_out, char* object_name_out,
                     const char* parent_name, char** poly_surface, int16_t add_to_imported_list);
-
-// Each null entry from the second on takes the value of the entry before it.
-void lw_fill_poly_surface_forward(char** poly_surface, int32_t num_polygons);
