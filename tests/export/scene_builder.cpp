@@ -62,7 +62,7 @@ void Export::pivot(const std::string& name, float px, float py, float pz)
 
 namespace {
 
-void add_keys(tv::Channel* channel, const std::vector<TestKey>& keys, const char* end)
+void add_keys(void* channel, const std::vector<TestKey>& keys, const char* end)
 {
     ASSERT_NE(channel, nullptr);
     int32_t scratch = 0;
