@@ -17,6 +17,8 @@ namespace {
 
 constexpr std::size_t flush_at = std::size_t{1} << 18; // bytes
 
+bool is_open = false; // asked for with every call, so it stands apart from what must be made first
+
 // The open trace. Lines are put together at the end of `text`; what stands before `line` is complete.
 class Trace {
 public:
@@ -34,6 +36,7 @@ public:
         flush();
         if (file_) std::fclose(file_);
         file_ = path && *path ? std::fopen(path, "wb") : nullptr;
+        is_open = file_;
         text.clear();
         line_ = 0;
         return file_ || !path || !*path;
@@ -245,7 +248,7 @@ void add_item(std::string& out, const Item& item, bool good)
 
 bool trace_enabled()
 {
-    return trace().on();
+    return is_open && trace().on();
 }
 
 void trace_begin(const char* function)
