@@ -11,6 +11,7 @@
 #include <map>
 #include <unistd.h>
 
+#include "bench/bench_export.h"
 #include "bench/import_run.h"
 #include "bench/inputs.h"
 #include "bench/limits.h"
@@ -97,6 +98,14 @@ void scenes()
     measured_import("camera_alone", "camera_alone.lws");
 }
 
+void textures()
+{
+    bench::write_picture(directory);
+    measured("coordinates_5m", 5, bench::texture_coordinates_seconds);
+    measured("picture_encoded", 5, bench::encode_picture_seconds);
+    measured("picture_embedded", 5, [] { return bench::embed_picture_seconds(directory); });
+}
+
 void processes()
 {
     const std::string program = own_path.substr(0, own_path.rfind('/')) + "/";
@@ -110,6 +119,9 @@ void processes()
     bench::write_object(input("small.lwo"), {400, 100, 2});
     measured("start_lwimport", 40, [=, out = input("small.glb"), in = input("small.lwo")] {
         return bench::process_seconds({lwimport, in, "-o", out, "--quiet"}, "");
+    });
+    measured("start_options", 40, [=] {
+        return bench::process_seconds({lwimport, "options", "get", "smoothing_angle"}, "");
     });
     measured("start_true", 40, [=] { return bench::process_seconds({"/bin/true"}, libraries); });
 }
@@ -138,6 +150,7 @@ int main(int argc, char** argv)
         if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
         objects();
         scenes();
+        textures();
         processes();
         bench::Collector times;
         benchmark::RunSpecifiedBenchmarks(&times);

@@ -51,6 +51,10 @@ const Ratio ratios[] = {
     {"Seconds for a million keyframes, from the motion of 32,767 keys", "motion_keys", "", 32767 * 9 / 1e6, 1},
     {"lwimport on a small object, start to exit, over /bin/true with the same libraries", "start_lwimport",
      "start_true", 1, 3},
+    {"lwimport options get, start to exit, over the same", "start_options", "start_true", 1, 3},
+    {"Seconds for five million texture coordinates, the four projections in turn", "coordinates_5m", "", 1, 1},
+    {"A picture of 4096 x 4096 found, read, decoded and encoded over the PNG encoder alone", "picture_embedded",
+     "picture_encoded", 1, 2},
 };
 
 void print_row(const char* what, double value, double goal)
