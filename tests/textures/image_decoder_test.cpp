@@ -2,16 +2,16 @@
 #include "export/gltf/image_header.h"
 #include "export/gltf/image_library.h"
 #include "export/gltf/image_png.h"
-#include "tests/textures/ilbm_writer.h"
 #include "tests/textures/picture_files.h"
+#include "tools/ilbm_writer.h"
 
 #include <gmock/gmock.h>
 
 using gltf::decode_image;
 using gltf::DecodeResult;
+using lw_tools::Ilbm;
 using test::bytes;
-using test::Color;
-using test::Ilbm;
+using Color = std::array<unsigned char, 3>;
 
 namespace {
 
@@ -59,7 +59,7 @@ TEST(Ilbm, OneToEightPlanesPackedOrNot)
             picture.palette = rainbow(1u << planes);
             for (unsigned i = 0; i < picture.width * picture.height; i++)
                 picture.values.push_back((i / 3 * 5 + i / 20) % (1u << planes)); // runs and singles
-            const DecodeResult image = decode(write_ilbm(picture));
+            const DecodeResult image = decode(ilbm_file(picture));
             ASSERT_EQ(image.error, "");
             ASSERT_EQ(image.pixels.width, 37u);
             ASSERT_EQ(image.pixels.height, 5u);
@@ -73,7 +73,7 @@ TEST(Ilbm, OneToEightPlanesPackedOrNot)
 TEST(Ilbm, MaskPlaneIsPassedOver)
 {
     Ilbm picture{3, 2, 2, rainbow(4), {0, 1, 2, 3, 2, 1}, true, true};
-    const DecodeResult image = decode(write_ilbm(picture));
+    const DecodeResult image = decode(ilbm_file(picture));
     ASSERT_EQ(image.error, "");
     for (unsigned i = 0; i < 6; i++) EXPECT_EQ(color_at(image, i % 3, i / 3), picture.palette[picture.values[i]]) << i;
 }
@@ -84,7 +84,7 @@ TEST(Ilbm, HalfBriteHasTheDarkTwinsOfItsColors)
     for (const bool stated : {true, false}) { // without CAMG the short palette tells
         picture.camg = stated;
         picture.mode = 0x80;
-        const DecodeResult image = decode(write_ilbm(picture));
+        const DecodeResult image = decode(ilbm_file(picture));
         ASSERT_EQ(image.error, "");
         const Color one = picture.palette[1], last = picture.palette[31];
         const auto half = [](Color c) {
@@ -105,7 +105,7 @@ TEST(Ilbm, Ham6HoldsTwoAndModifiesOne)
     for (const bool stated : {true, false}) {
         picture.camg = stated;
         picture.mode = 0x800;
-        const DecodeResult image = decode(write_ilbm(picture));
+        const DecodeResult image = decode(ilbm_file(picture));
         ASSERT_EQ(image.error, "");
         EXPECT_THAT(row_of(image, 0),
                     testing::ElementsAre(Color{0x30, 0x40, 0x50}, Color{0x30, 0x40, 0x99}, Color{0xff, 0x40, 0x99},
@@ -121,7 +121,7 @@ TEST(Ilbm, Ham8ModifiesTheUpperSixBits)
     for (const bool stated : {true, false}) {
         picture.camg = stated;
         picture.mode = 0x800;
-        const DecodeResult image = decode(write_ilbm(picture));
+        const DecodeResult image = decode(ilbm_file(picture));
         ASSERT_EQ(image.error, "");
         const std::vector<Color> row = row_of(image, 0);
         // Whether the two low bits are kept or filled differs between programs; the six that are stated don't.
@@ -143,7 +143,7 @@ TEST(Ilbm, ByteAPixelOfThePc)
     for (const bool packed : {false, true}) {
         Ilbm picture{3, 2, 8, rainbow(256), {0, 200, 3, 255, 255, 255}, packed};
         picture.type = "PBM ";
-        const DecodeResult image = decode(write_ilbm(picture));
+        const DecodeResult image = decode(ilbm_file(picture));
         ASSERT_EQ(image.error, "");
         for (unsigned i = 0; i < 6; i++)
             EXPECT_EQ(color_at(image, i % 3, i / 3), picture.palette[picture.values[i]]) << i;
@@ -154,7 +154,7 @@ TEST(Ilbm, TwentyFourPlanes)
 {
     for (const bool packed : {false, true}) {
         Ilbm picture{3, 2, 24, {}, {0x030201, 0xff0000, 0x00ff00, 0x0000ff, 0xffffff, 0x804020}, packed};
-        const DecodeResult image = decode(write_ilbm(picture));
+        const DecodeResult image = decode(ilbm_file(picture));
         ASSERT_EQ(image.error, "");
         EXPECT_THAT(row_of(image, 0), testing::ElementsAre(Color{1, 2, 3}, Color{0, 0, 255}, Color{0, 255, 0}));
         EXPECT_THAT(row_of(image, 1),
@@ -167,7 +167,7 @@ TEST(Ilbm, EveryPrefixEndsInAPictureOrAReason)
     Ilbm picture{9, 4, 6, rainbow(16), std::vector<uint32_t>(36, 5), true};
     picture.camg = true;
     picture.mode = 0x800;
-    const std::string whole = test::write_ilbm(picture);
+    const std::string whole = lw_tools::ilbm_file(picture);
     for (std::size_t n = 0; n < whole.size(); n++) {
         const std::vector<unsigned char> part(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));
         const DecodeResult image = decode_image(part);
@@ -177,7 +177,7 @@ TEST(Ilbm, EveryPrefixEndsInAPictureOrAReason)
 
 TEST(Ilbm, EveryByteReplacedEndsInAPictureOrAReason)
 {
-    const std::string whole = test::write_ilbm({9, 4, 4, rainbow(16), std::vector<uint32_t>(36, 5), true});
+    const std::string whole = lw_tools::ilbm_file({9, 4, 4, rainbow(16), std::vector<uint32_t>(36, 5), true});
     for (std::size_t i = 0; i < whole.size(); i++)
         for (const int value : {0x00, 0x7f, 0xff}) {
             std::string changed = whole;
@@ -258,7 +258,7 @@ TEST(Lies, AreRefusedWithTheirSize)
         EXPECT_TRUE(image.pixels.rgba.empty());
     };
     Ilbm picture{16, 1, 1, rainbow(2), std::vector<uint32_t>(16)};
-    std::string ilbm = test::write_ilbm(picture);
+    std::string ilbm = lw_tools::ilbm_file(picture);
     const std::size_t header = ilbm.find("BMHD") + 8;
     ilbm.replace(header, 4, "\xff\xff\xff\xff", 4);
     refused(ilbm, "65535 x 65535");
