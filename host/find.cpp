@@ -7,6 +7,7 @@
 #include "host/command_line.h"
 #include "host/commands.h"
 #include "host/import_run.h"
+#include "host/inspection.h"
 #include "host/progress.h"
 #include "lib/toolkit/latin1.h"
 
@@ -88,25 +89,17 @@ static void print_json(const std::string& input, const ImportRun& run, const std
 
 int find_command(Arguments arguments)
 {
-    ImportOptions options;
-    std::vector<std::string> inputs;
-    bool json = false;
     CommandLine line("  lwimport find IN [--json]\n",
                      "Lists the objects and images that a scene or object names: the path as stored, and where it is "
                      "found,\nor every place where it was looked for.",
                      {"lwimport find harbour.lws", "what is missing, and where it could be put",
                       "lwimport find harbour.lws --content-dir /archive/newtek --json", "the same for programs"});
-    line.inputs("input", inputs, 1, 1);
-    line.flag("--json", json, "print JSON");
-    add_import_options(line, options, false);
-    if (!line.parse(arguments)) return status_done;
-    options.tell_missing = false;
-    prepare_imports(options);
-    ImportRun run = import_file(inputs[0], options);
-    locate_images(run);
+    const std::optional<Inspection> inspection = inspect(line, arguments);
+    if (!inspection) return status_done;
+    const ImportRun& run = inspection->run;
     const std::vector<Entry> entries = distinct_entries(run);
-    if (json)
-        print_json(inputs[0], run, entries);
+    if (inspection->json)
+        print_json(inspection->input, run, entries);
     else
         print_text(run, entries);
     return run.imported ? status_done : status_failed;

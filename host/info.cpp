@@ -7,6 +7,7 @@
 #include "host/command_line.h"
 #include "host/commands.h"
 #include "host/import_run.h"
+#include "host/inspection.h"
 #include "host/progress.h"
 #include "lib/toolkit/latin1.h"
 #include "lib/toolkit/scene.h"
@@ -302,23 +303,15 @@ static void print_text(const Json& all)
 
 int info_command(Arguments arguments)
 {
-    ImportOptions options;
-    std::vector<std::string> inputs;
-    bool json = false;
     CommandLine line("  lwimport info IN [--json]\n",
                      "Tells what a scene or object holds, and which of its files are missing.",
                      {"lwimport info harbour.lws", "tables of objects, surfaces, textures, lights and more",
                       "lwimport info harbour.lws --json", "the same for programs"});
-    line.inputs("input", inputs, 1, 1);
-    line.flag("--json", json, "print JSON");
-    add_import_options(line, options, false);
-    if (!line.parse(arguments)) return status_done;
-    options.tell_missing = false;
-    prepare_imports(options);
-    ImportRun run = import_file(inputs[0], options);
-    locate_images(run);
-    const Json all = info_json(inputs[0], run);
-    if (json)
+    const std::optional<Inspection> inspection = inspect(line, arguments);
+    if (!inspection) return status_done;
+    const ImportRun& run = inspection->run;
+    const Json all = info_json(inspection->input, run);
+    if (inspection->json)
         std::printf("%s\n", all.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
     else
         print_text(all);

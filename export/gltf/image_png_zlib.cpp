@@ -1,5 +1,5 @@
 // PNG files where there is no libpng (Windows): the few chunks that a picture needs, packed by zlib.
-// PNG specification, second edition, section 5 (layout) and 9.2 (filters).
+// ISO/IEC 15948, sections 5 (layout) and 9.2 (filters).
 #include <array>
 #include <cstring>
 #include <new>
