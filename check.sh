@@ -37,7 +37,6 @@ if [ ! -d build/locales/de_DE.UTF-8 ]; then
     mkdir -p build/locales
     localedef -i de_DE -f UTF-8 build/locales/de_DE.UTF-8
 fi
-export LOCPATH=$PWD/build/locales
 
 [ "${1:-}" != --golden ] || export UPDATE_GOLDEN=1
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1
