@@ -1,7 +1,7 @@
 // Numbers and the envelopes that may stand in their place, with every message that reading them can make.
 #include <clocale>
-#include <cstdlib>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
