@@ -47,11 +47,12 @@ mkdir -p "$work/screens"
 cp -r samples "$work/samples"
 . tests/windows/wine.sh
 . tests/windows/conversions.sh
+. tests/windows/options_files.sh
 . tests/windows/dialogs.sh
 trap stop_wine EXIT
 test_exports
 start_wine || { echo "FAILED: Wine doesn't start"; exit 1; }
-for group in traces scenes images files settings options about chooser; do "test_$group"; done
+for group in traces scenes images files settings options_files options about chooser; do "test_$group"; done
 
 if [ "${1:-}" = --pictures ]; then
     for name in options about chooser; do cp "$work/screens/$name.png" "docs/pictures/windows_$name.png"; done
