@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "bench/import_run.h"
-#include "export/gltf/image_png.h"
-#include "export/gltf/projection_uv.h"
-#include "export/gltf/surface_textures.h"
+#include "export/gltf/image/image_png.h"
+#include "export/gltf/material/projection_uv.h"
+#include "export/gltf/material/surface_textures.h"
 
 namespace bench {
 

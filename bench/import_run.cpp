@@ -8,7 +8,7 @@
 #include "lib/import/implugin.h"
 #include "lib/platform/files.h"
 #include "lib/services/host.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace bench {
 

@@ -1,6 +1,6 @@
 // Image files: the header's reader, the decoder with FFmpeg behind it, and the PNG made of what came out.
-#include "export/gltf/image_header.h"
-#include "export/gltf/image_library.h"
+#include "export/gltf/image/image_header.h"
+#include "export/gltf/image/image_library.h"
 #include "fuzz/harness.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)

@@ -4,8 +4,8 @@
 #include <tuple>
 
 #include "fuzz/harness.h"
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/lw2tv/options_file.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {

@@ -10,7 +10,7 @@
 
 #include "lib/import/implugin.h"
 #include "lib/services/host.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 #include "tools/lwob_writer.h"
 
 namespace fuzz {

@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-#include "host/commands.h"
+#include "host/commands/commands.h"
 
 namespace host {
 

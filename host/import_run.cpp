@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "export/gltf/image_search.h"
+#include "export/gltf/image/image_search.h"
 #include "host/failure.h"
 #include "host/messages.h"
 #include "host/options_file.h"
@@ -16,7 +16,7 @@
 #include "lib/platform/files.h"
 #include "lib/services/host.h"
 #include "lib/toolkit/latin1.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace host {
 

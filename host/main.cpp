@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/commands.h"
+#include "host/commands/commands.h"
 #include "host/messages.h"
 #include "lib/platform/console.h"
 

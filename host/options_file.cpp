@@ -8,7 +8,7 @@
 #include <fstream>
 #include <map>
 
-#include "export/gltf/atomic_file.h"
+#include "export/gltf/file/atomic_file.h"
 #include "host/failure.h"
 #include "lib/platform/files.h"
 #include "lib/platform/places.h"

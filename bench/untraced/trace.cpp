@@ -1,6 +1,6 @@
 // In the place of the toolkit's trace.cpp.
-#include "lib/toolkit/scene.h"
-#include "lib/toolkit/trace_items.h"
+#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/words/trace_items.h"
 
 namespace tv {
 

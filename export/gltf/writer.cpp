@@ -4,12 +4,12 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "export/gltf/atomic_file.h"
-#include "export/gltf/backdrop.h"
-#include "export/gltf/camera.h"
-#include "export/gltf/lights.h"
-#include "export/gltf/nodes.h"
-#include "export/gltf/output.h"
+#include "export/gltf/file/atomic_file.h"
+#include "export/gltf/file/output.h"
+#include "export/gltf/scene/backdrop.h"
+#include "export/gltf/scene/camera.h"
+#include "export/gltf/scene/lights.h"
+#include "export/gltf/scene/nodes.h"
 
 namespace gltf {
 

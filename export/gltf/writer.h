@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 

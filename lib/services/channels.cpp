@@ -1,9 +1,9 @@
-#include "lib/toolkit/channels.h"
+#include "lib/toolkit/animation/channels.h"
 
 #include <algorithm>
 
 #include "lib/services/import_io.h"
-#include "lib/toolkit/trace.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "lib/platform/dialogs.h"
 #include "lib/services/center_window.h"
 #include "lib/services/import_io.h"
-#include "lib/toolkit/trace.h"
+#include "lib/toolkit/words/trace.h"
 
 void Import_IO_Center_Window(void* parent, void* dialog)
 {

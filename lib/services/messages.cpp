@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "lib/services/run.h"
-#include "lib/toolkit/trace.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "lib/services/run.h"
 
 #include "lib/services/unique_names.h"
-#include "lib/toolkit/trace.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace services {
 

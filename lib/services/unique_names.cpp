@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "lib/services/host.h"
-#include "lib/toolkit/name_index.h"
-#include "lib/toolkit/scene.h"
-#include "lib/toolkit/trace.h"
+#include "lib/toolkit/scene/name_index.h"
+#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace services {
 namespace {

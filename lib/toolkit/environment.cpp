@@ -12,7 +12,7 @@
 #include "lib/toolkit/latin1.h"
 #include "lib/toolkit/pathnames.h"
 #include "lib/toolkit/report.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace tv {
 

@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "lib/toolkit/trace.h"
 #include "lib/toolkit/vc4_tv.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace tv {
 

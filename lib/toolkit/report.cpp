@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "lib/toolkit/latin1.h"
-#include "lib/toolkit/scene.h"
-#include "lib/toolkit/trace.h"
+#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace tv {
 

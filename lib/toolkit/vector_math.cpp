@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "lib/toolkit/vc4_tv.h"
-#include "lib/toolkit/word_list.h"
+#include "lib/toolkit/words/word_list.h"
 
 namespace tv {
 

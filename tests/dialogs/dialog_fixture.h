@@ -6,10 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/import/lw/ntdll/option_variables.h"
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/platform/dialog_script.h"
 #include "lib/services/import_io.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 #include "tests/support/run_plugin.h"
 
 void lw_add_dialog_templates(); // what the library does as it is loaded

@@ -3,8 +3,8 @@
 #include <glm/geometric.hpp>
 #include <random>
 
-#include "export/gltf/animation.h"
-#include "lib/toolkit/animation.h"
+#include "export/gltf/animation/animation.h"
+#include "lib/toolkit/animation/animation.h"
 #include "tests/export/scene_builder.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include <cmath>
 #include <glm/geometric.hpp>
 
-#include "export/gltf/transform.h"
+#include "export/gltf/base/transform.h"
 #include "tests/export/scene_builder.h"
 
 namespace {

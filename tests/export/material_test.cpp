@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "export/gltf/material.h"
+#include "export/gltf/material/material.h"
 #include "tests/export/scene_builder.h"
 
 namespace {

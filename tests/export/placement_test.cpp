@@ -3,7 +3,7 @@
 #include <glm/gtc/matrix_access.hpp>
 #include <random>
 
-#include "export/gltf/transform.h"
+#include "export/gltf/base/transform.h"
 #include "tests/export/scene_builder.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include "gtest/gtest.h"
 
 #include "export/gltf/writer.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 #include "tests/export/gltf_reader.h"
 
 // A word's token.

@@ -3,7 +3,7 @@
 
 #include <fstream>
 
-#include "export/gltf/image_png.h"
+#include "export/gltf/image/image_png.h"
 #include "lib/platform/files.h"
 #include "tests/export/scene_builder.h"
 

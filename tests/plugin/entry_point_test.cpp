@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "lib/import/implugin.h"
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/ntdll/entry_point.h"
-#include "lib/import/lw/ntdll/option_variables.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 #include "tests/plugin/objects.h"
 #include "tests/support/run_plugin.h"
 

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/lw2tv/options_file.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/services/import_io.h"
 #include "tests/support/run_plugin.h"
 

@@ -1,7 +1,7 @@
 // Stored paths and what becomes of them.
 #include <gtest/gtest.h>
 
-#include "lib/import/lw/lw2tv/path_mapping.h"
+#include "lib/import/lw/base/path_mapping.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 #include "tests/support/run_plugin.h"
 #include "tools/lwob_writer.h"
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "lib/services/host.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 #include "tests/plugin/objects.h"
 #include "tests/support/run_plugin.h"
 

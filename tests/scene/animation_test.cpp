@@ -1,7 +1,7 @@
 // Worked numbers of keys, lights, camera, backdrop and time line.
 #include <cmath>
 
-#include "lib/toolkit/animation.h"
+#include "lib/toolkit/animation/animation.h"
 #include "tests/scene/scene_fixture.h"
 
 using namespace scene_tests;

@@ -1,7 +1,7 @@
 // Objects of a scene: where their files are looked for, reuse, null instances, pivots and parents.
 #include <filesystem>
 
-#include "lib/toolkit/animation.h"
+#include "lib/toolkit/animation/animation.h"
 #include "tests/scene/scene_fixture.h"
 
 using namespace scene_tests;

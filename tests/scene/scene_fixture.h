@@ -9,7 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 #include "tests/scene/scene_text.h"
 #include "tests/support/run_plugin.h"
 #include "tools/lwob_writer.h"

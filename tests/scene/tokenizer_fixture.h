@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lib/import/lw/lw2tv/tokens.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lws/keywords.h"
 #include "lib/import/lw/lws/scene_parameters.h"
 #include "lib/import/lw/lws/tokenizer.h"

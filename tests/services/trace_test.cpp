@@ -4,9 +4,9 @@
 #include <unistd.h>
 
 #include "lib/services/host.h"
-#include "lib/toolkit/scene.h"
-#include "lib/toolkit/trace.h"
+#include "lib/toolkit/scene/scene.h"
 #include "lib/toolkit/vc4_tv.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "lib/services/host.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 #include "lib/toolkit/vc4_tv.h"
 
 namespace {

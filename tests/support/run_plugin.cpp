@@ -7,10 +7,10 @@
 #include <stdexcept>
 
 #include "lib/import/implugin.h"
-#include "lib/import/lw/ntdll/option_variables.h"
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/platform/files.h"
 #include "lib/services/host.h"
-#include "lib/toolkit/scene.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace plugin_test {
 

@@ -1,7 +1,7 @@
 // Every kind of picture comes out with the right pixels, and broken ones with a reason.
-#include "export/gltf/image_header.h"
-#include "export/gltf/image_library.h"
-#include "export/gltf/image_png.h"
+#include "export/gltf/image/image_header.h"
+#include "export/gltf/image/image_library.h"
+#include "export/gltf/image/image_png.h"
 #include "tests/textures/picture_files.h"
 #include "tools/ilbm_writer.h"
 

@@ -1,5 +1,5 @@
 // Which file a scene's image name finds, and what is told when there is none.
-#include "export/gltf/image_search.h"
+#include "export/gltf/image/image_search.h"
 #include "tests/textures/texture_scene.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "tests/textures/picture_files.h"
 
-#include "export/gltf/image_png.h"
+#include "export/gltf/image/image_png.h"
 
 namespace test {
 namespace {

@@ -1,6 +1,6 @@
 // Where a picture lies, told as a viewer sees it: a point to the viewer's right of another must have the larger u, one
 // above it the smaller v. Frames are those that an importer makes of a map of size (2, 4, 6) about a centre.
-#include "export/gltf/projection_uv.h"
+#include "export/gltf/material/projection_uv.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "export/gltf/image_library.h"
-#include "export/gltf/image_png.h"
-#include "export/gltf/surface_textures.h"
+#include "export/gltf/image/image_library.h"
+#include "export/gltf/image/image_png.h"
+#include "export/gltf/material/surface_textures.h"
 #include "lib/platform/files.h"
 #include "tests/textures/picture_files.h"
 

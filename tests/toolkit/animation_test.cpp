@@ -1,5 +1,5 @@
 // Splines, by values worked by hand, and the calls that make keys.
-#include "lib/toolkit/animation.h"
+#include "lib/toolkit/animation/animation.h"
 
 #include "tests/toolkit/toolkit_fixture.h"
 #include "gmock/gmock.h"

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "lib/toolkit/name_index.h"
+#include "lib/toolkit/scene/name_index.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "lib/toolkit/channels.h"
-#include "lib/toolkit/scene.h"
-#include "lib/toolkit/trace.h"
+#include "lib/toolkit/animation/channels.h"
+#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/words/trace.h"
 #include "gtest/gtest.h"
 
 // A word's token.

@@ -1,7 +1,7 @@
 // Prints docs/dev/words.md.
 #include <cstdio>
 
-#include "lib/toolkit/words.h"
+#include "lib/toolkit/words/words.h"
 
 int main()
 {

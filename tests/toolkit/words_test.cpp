@@ -1,5 +1,5 @@
 // The table of words: every word of every function is taken, whatever isn't in it is refused.
-#include "lib/toolkit/words.h"
+#include "lib/toolkit/words/words.h"
 
 #include <sstream>
 

@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
 #include "lib/import/lw/lw2tv/object_reader.h"
-#include "lib/import/lw/lw2tv/tokens.h"
 #include "lib/import/lw/lws/scene_reader.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/platform/files.h"
 #include "lib/toolkit/vc4_tv.h"
 

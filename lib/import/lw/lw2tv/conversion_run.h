@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
+#include "lib/import/lw/base/bounded_text.h"
 #include "lib/services/import_io.h"
 
 // Streams of the run, null whenever they aren't open: whoever closes one sets it to null.

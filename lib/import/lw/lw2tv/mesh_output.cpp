@@ -2,12 +2,12 @@
 
 #include <cstring>
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/imported_instances.h"
+#include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/texture_projection.h"
-#include "lib/import/lw/lw2tv/tokens.h"
-#include "lib/import/lw/lws/imported_instances.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/toolkit/vc4_tv.h"
 
 static const std::size_t name_size = 256;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/mesh_output.h"
@@ -10,8 +12,6 @@
 #include "lib/import/lw/lw2tv/polygons.h"
 #include "lib/import/lw/lw2tv/surface_reader.h"
 #include "lib/import/lw/lw2tv/surface_split.h"
-#include "lib/import/lw/lw2tv/tokens.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/toolkit/vc4_tv.h"
 
 int32_t total_file_length = 0;

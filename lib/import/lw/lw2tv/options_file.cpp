@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
-#include "lib/import/lw/ntdll/option_variables.h"
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/platform/files.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"

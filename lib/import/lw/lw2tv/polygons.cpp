@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/toolkit/vc4_tv.h"
 
 static const int32_t index_step = 4000;

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "lib/import/lw/lw2tv/tokens.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/toolkit/vc4_tv.h"
 
 struct Procedural {

@@ -1,7 +1,7 @@
 #include "lib/import/lw/lw2tv/surface_output.h"
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
-#include "lib/import/lw/lw2tv/tokens.h"
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/toolkit/vc4_tv.h"
 
 void lw_output_surface_color(const char* surface_name, const float rgb[3])

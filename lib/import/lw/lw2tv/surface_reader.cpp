@@ -1,13 +1,13 @@
 #include "lib/import/lw/lw2tv/surface_reader.h"
 
+#include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/path_mapping.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
-#include "lib/import/lw/lw2tv/path_mapping.h"
 #include "lib/import/lw/lw2tv/surface_output.h"
 #include "lib/import/lw/lw2tv/texture_layers.h"
 #include "lib/import/lw/lw2tv/texture_records.h"
-#include "lib/import/lw/lw2tv/tokens.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/toolkit/vc4_tv.h"
 
 // The surface being read. Module-wide, so that a fatal exit leaves nothing that can't be freed.

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/imported_instances.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/mesh_output.h"
 #include "lib/import/lw/lw2tv/texture_projection.h"
-#include "lib/import/lw/lw2tv/tokens.h"
-#include "lib/import/lw/lws/imported_instances.h"
 #include "lib/toolkit/vc4_tv.h"
 
 // A surface by its unique_name. The pointer decides, not the text: two entries of one text stay two surfaces.

@@ -1,8 +1,8 @@
 #include "lib/import/lw/lw2tv/texture_layers.h"
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/procedural_textures.h"
-#include "lib/import/lw/lw2tv/tokens.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "lib/import/lw/lw2tv/tokens.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/toolkit/vc4_tv.h"
 
 // O and the three vectors that reach from it; in the end U, V and, for a cube, W are points.

@@ -2,9 +2,9 @@
 
 #include <cstring>
 
+#include "lib/import/lw/base/path_mapping.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
-#include "lib/import/lw/lw2tv/path_mapping.h"
 #include "lib/toolkit/vc4_tv.h"
 
 void LW_Init_Texture_Struct(LW_Texture_Struct* texture)

@@ -1,11 +1,11 @@
 #include "lib/import/lw/lws/backdrop.h"
 
-#include "lib/import/lw/lw2tv/path_mapping.h"
-#include "lib/import/lw/lw2tv/tokens.h"
+#include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/path_mapping.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lws/scene_numbers.h"
 #include "lib/import/lw/lws/scene_parameters.h"
 #include "lib/import/lw/lws/tokenizer.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 

@@ -1,10 +1,10 @@
 #include "lib/import/lw/lws/camera.h"
 
-#include "lib/import/lw/lw2tv/tokens.h"
+#include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lws/aim.h"
 #include "lib/import/lw/lws/scene_parameters.h"
 #include "lib/import/lw/lws/transforms.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 

@@ -1,9 +1,9 @@
 #include "lib/import/lw/lws/hierarchy.h"
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
-#include "lib/import/lw/lw2tv/tokens.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 

@@ -1,6 +1,6 @@
 #include "lib/import/lw/lws/lights.h"
 
-#include "lib/import/lw/lw2tv/tokens.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lws/aim.h"
 #include "lib/import/lw/lws/keywords.h"
 #include "lib/import/lw/lws/scene_parameters.h"

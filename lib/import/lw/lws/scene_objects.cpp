@@ -5,18 +5,18 @@
 #include <cstdio>
 #include <cstring>
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/name_index.h"
+#include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/path_mapping.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/object_reader.h"
-#include "lib/import/lw/lw2tv/path_mapping.h"
 #include "lib/import/lw/lw2tv/texture_projection.h"
-#include "lib/import/lw/lw2tv/tokens.h"
-#include "lib/import/lw/lws/name_index.h"
 #include "lib/import/lw/lws/scene_numbers.h"
 #include "lib/import/lw/lws/scene_parameters.h"
 #include "lib/import/lw/lws/tokenizer.h"
 #include "lib/import/lw/lws/transforms.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/platform/files.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"

@@ -1,10 +1,10 @@
 #include "lib/import/lw/lws/scene_reader.h"
 
+#include "lib/import/lw/base/imported_instances.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lws/backdrop.h"
 #include "lib/import/lw/lws/camera.h"
 #include "lib/import/lw/lws/hierarchy.h"
-#include "lib/import/lw/lws/imported_instances.h"
 #include "lib/import/lw/lws/keywords.h"
 #include "lib/import/lw/lws/lights.h"
 #include "lib/import/lw/lws/motion.h"

@@ -4,11 +4,11 @@ set(LWS_SOURCES
   lws/backdrop.cpp
   lws/camera.cpp
   lws/hierarchy.cpp
-  lws/imported_instances.cpp
+  base/imported_instances.cpp
   lws/keywords.cpp
   lws/lights.cpp
   lws/motion.cpp
-  lws/name_index.cpp
+  base/name_index.cpp
   lws/scene_numbers.cpp
   lws/scene_objects.cpp
   lws/scene_parameters.cpp

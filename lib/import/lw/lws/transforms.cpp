@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "lib/import/lw/lw2tv/tokens.h"
+#include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lws/scene_numbers.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 

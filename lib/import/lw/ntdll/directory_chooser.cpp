@@ -2,10 +2,10 @@
 
 #include <cstring>
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/ntdll/entry_point.h"
 #include "lib/import/lw/ntdll/library.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 

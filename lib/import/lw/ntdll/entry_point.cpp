@@ -2,11 +2,11 @@
 
 #include <cstring>
 
-#include "lib/import/lw/lw2tv/bounded_text.h"
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/options_file.h"
 #include "lib/import/lw/ntdll/about_box.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/import/lw/ntdll/options_dialog.h"
 #include "lib/platform/files.h"
 #include "lib/services/import_io.h"

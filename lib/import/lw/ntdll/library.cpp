@@ -1,7 +1,7 @@
 #include "lib/import/lw/ntdll/library.h"
 
+#include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/ntdll/entry_point.h"
-#include "lib/import/lw/ntdll/option_variables.h"
 #include "lib/toolkit/vc4_tv.h"
 
 void* hDLLinstance = nullptr;

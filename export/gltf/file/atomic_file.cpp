@@ -1,0 +1,91 @@
+#include "export/gltf/file/atomic_file.h"
+
+#include <cerrno>
+#include <random>
+#include <stdexcept>
+#include <system_error>
+
+namespace gltf {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A name beside the target that no other run uses. The start is short, so that long file names stay possible.
+fs::path temporary_name(const fs::path& target)
+{
+    static constexpr char letters[] = "abcdefghijklmnopqrstuvwxyz0123456789";
+    std::random_device random;
+    std::string name = ".lwimport-";
+    for (int i = 0; i < 10; ++i) name += letters[random() % (sizeof letters - 1)];
+    return target.parent_path() / name;
+}
+
+} // namespace
+
+void AtomicFile::fail(const char* doing, int error) const
+{
+    throw std::runtime_error(std::string("can't ") + doing + " '" + shown_.string() +
+                             "': " + std::generic_category().message(error));
+}
+
+AtomicFile::AtomicFile(const fs::path& target) : shown_(target), target_(target)
+{
+    std::error_code error;
+    const fs::file_status status = fs::status(target, error);
+    if (fs::is_directory(status)) fail("write", EISDIR);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        file_ = std::fopen(target.string().c_str(), "wb");
+        if (!file_) fail("write", errno);
+        return;
+    }
+    if (fs::is_symlink(fs::symlink_status(target, error))) {
+        const fs::path real = fs::weakly_canonical(target, error);
+        if (!error) target_ = real;
+    }
+    for (int attempt = 0; attempt < 100 && !file_; ++attempt) {
+        temporary_ = temporary_name(target_);
+        file_ = std::fopen(temporary_.string().c_str(), "wbx");
+        if (!file_ && errno != EEXIST) break;
+    }
+    if (!file_) {
+        const int reason = errno;
+        temporary_.clear();
+        fail("write", reason);
+    }
+    // A file that is replaced keeps its permissions.
+    if (fs::exists(status)) fs::permissions(temporary_, status.permissions(), error);
+}
+
+AtomicFile::~AtomicFile()
+{
+    if (file_) std::fclose(file_);
+    std::error_code error;
+    if (!committed_ && !temporary_.empty()) fs::remove(temporary_, error);
+}
+
+void AtomicFile::write(const void* data, std::size_t size)
+{
+    if (std::fwrite(data, 1, size, file_) != size) fail("write", errno);
+}
+
+void AtomicFile::close()
+{
+    if (!file_) return;
+    std::FILE* const file = file_;
+    file_ = nullptr;
+    if (std::fclose(file) != 0) fail("write", errno);
+}
+
+void AtomicFile::commit()
+{
+    close();
+    if (!temporary_.empty()) {
+        std::error_code error;
+        fs::rename(temporary_, target_, error);
+        if (error) fail("replace", error.value());
+    }
+    committed_ = true;
+}
+
+} // namespace gltf

@@ -1,0 +1,368 @@
+#include "export/gltf/file/gltf_json.h"
+
+#include <charconv>
+#include <functional>
+
+namespace gltf {
+
+double short_number(double value)
+{
+    const float narrow = file_float(value);
+    char text[64];
+    const auto end = std::to_chars(text, text + sizeof text, narrow).ptr;
+    double result = 0;
+    std::from_chars(text, end, result);
+    return result;
+}
+
+namespace {
+
+// The top-level object, written piece by piece: only one element at a time is held as a JSON value, since a scene may
+// have a million nodes.
+class Writer {
+public:
+    explicit Writer(bool lines) : lines_(lines) { text_ = "{"; }
+
+    void member(const char* name, const Json& value)
+    {
+        key(name);
+        text_ += value.dump();
+    }
+    void array(const char* name, std::size_t count, const std::function<Json(std::size_t)>& element)
+    {
+        if (count == 0) return; // glTF knows no empty arrays
+        key(name);
+        text_ += '[';
+        for (std::size_t i = 0; i < count; ++i) {
+            if (i != 0) text_ += ',';
+            if (lines_) text_ += "\n    ";
+            text_ += element(i).dump();
+        }
+        text_ += lines_ ? "\n  ]" : "]";
+    }
+    std::string finish()
+    {
+        text_ += lines_ ? "\n}\n" : "}";
+        return std::move(text_);
+    }
+
+private:
+    void key(const char* name)
+    {
+        if (!first_) text_ += ',';
+        first_ = false;
+        if (lines_) text_ += "\n  ";
+        text_ += '"';
+        text_ += name;
+        text_ += lines_ ? "\": " : "\":";
+    }
+
+    std::string text_;
+    bool first_ = true;
+    const bool lines_;
+};
+
+template <typename Range>
+Json numbers(const Range& range)
+{
+    Json list = Json::array();
+    for (const auto value : range) list.push_back(short_number(value));
+    return list;
+}
+
+void name_and_extras(Json& object, const std::string& name, const Json& extras)
+{
+    if (!name.empty()) object["name"] = name;
+    if (!extras.empty()) object["extras"] = extras;
+}
+
+Json node_json(const Node& node)
+{
+    Json object = Json::object();
+    if (!node.name.empty()) object["name"] = node.name;
+    if (!node.children.empty()) object["children"] = node.children;
+    if (node.translation != std::array<float, 3>{0, 0, 0}) object["translation"] = numbers(node.translation);
+    if (node.rotation != std::array<float, 4>{0, 0, 0, 1}) object["rotation"] = numbers(node.rotation);
+    if (node.scale != std::array<float, 3>{1, 1, 1}) object["scale"] = numbers(node.scale);
+    if (node.mesh != none) object["mesh"] = node.mesh;
+    if (node.camera != none) object["camera"] = node.camera;
+    if (node.light != none) object["extensions"]["KHR_lights_punctual"]["light"] = node.light;
+    return object;
+}
+
+Json mesh_json(const Mesh& mesh)
+{
+    Json object = Json::object();
+    if (!mesh.name.empty()) object["name"] = mesh.name;
+    Json& primitives = object["primitives"] = Json::array();
+    for (const Primitive& primitive : mesh.primitives) {
+        Json attributes = Json::object();
+        attributes["POSITION"] = primitive.position;
+        if (primitive.normal != none) attributes["NORMAL"] = primitive.normal;
+        if (primitive.tangent != none) attributes["TANGENT"] = primitive.tangent;
+        if (primitive.uv != none) attributes["TEXCOORD_0"] = primitive.uv;
+        if (primitive.color != none) attributes["COLOR_0"] = primitive.color;
+        Json entry = {{"attributes", std::move(attributes)}, {"indices", primitive.indices}};
+        if (primitive.material != none) entry["material"] = primitive.material;
+        primitives.push_back(std::move(entry));
+    }
+    return object;
+}
+
+Json texture_info(const TextureUse& use)
+{
+    Json info = {{"index", use.texture}};
+    Json transform = Json::object();
+    if (use.offset != std::array<double, 2>{0, 0}) transform["offset"] = numbers(use.offset);
+    if (use.scale != std::array<double, 2>{1, 1}) transform["scale"] = numbers(use.scale);
+    if (!transform.empty()) info["extensions"]["KHR_texture_transform"] = std::move(transform);
+    return info;
+}
+
+bool has_transform(const TextureUse& use)
+{
+    return use.texture != none &&
+           (use.scale != std::array<double, 2>{1, 1} || use.offset != std::array<double, 2>{0, 0});
+}
+
+bool has_specular(const Material& material)
+{
+    return material.specular != 1 || material.specular_color != std::array<double, 3>{1, 1, 1} ||
+           material.specular_texture.texture != none;
+}
+
+Json material_json(const Material& material)
+{
+    Json object = Json::object();
+    name_and_extras(object, material.name, material.extras);
+    Json pbr = Json::object();
+    if (material.base_color != std::array<double, 4>{1, 1, 1, 1}) pbr["baseColorFactor"] = numbers(material.base_color);
+    if (material.base_texture.texture != none) pbr["baseColorTexture"] = texture_info(material.base_texture);
+    if (material.metallic != 1) pbr["metallicFactor"] = short_number(material.metallic);
+    if (material.roughness != 1) pbr["roughnessFactor"] = short_number(material.roughness);
+    if (!pbr.empty()) object["pbrMetallicRoughness"] = std::move(pbr);
+    if (material.normal_texture.texture != none) {
+        Json info = texture_info(material.normal_texture);
+        if (material.normal_texture.strength != 1) info["scale"] = short_number(material.normal_texture.strength);
+        object["normalTexture"] = std::move(info);
+    }
+    if (material.emissive_texture.texture != none) object["emissiveTexture"] = texture_info(material.emissive_texture);
+    if (material.emissive != std::array<double, 3>{0, 0, 0}) object["emissiveFactor"] = numbers(material.emissive);
+    if (material.blend) object["alphaMode"] = "BLEND";
+    Json extensions = Json::object();
+    if (material.unlit) extensions["KHR_materials_unlit"] = Json::object();
+    if (material.emissive_strength != 1)
+        extensions["KHR_materials_emissive_strength"]["emissiveStrength"] = short_number(material.emissive_strength);
+    if (material.ior != 1.5) extensions["KHR_materials_ior"]["ior"] = short_number(material.ior);
+    if (has_specular(material)) {
+        Json& specular = extensions["KHR_materials_specular"] = Json::object();
+        if (material.specular != 1) specular["specularFactor"] = short_number(material.specular);
+        if (material.specular_color != std::array<double, 3>{1, 1, 1})
+            specular["specularColorFactor"] = numbers(material.specular_color);
+        if (material.specular_texture.texture != none)
+            specular["specularTexture"] = texture_info(material.specular_texture);
+    }
+    if (!extensions.empty()) object["extensions"] = std::move(extensions);
+    return object;
+}
+
+Json light_json(const Light& light)
+{
+    static constexpr const char* types[] = {"directional", "point", "spot"};
+    Json object = {{"type", types[static_cast<std::size_t>(light.type)]}};
+    name_and_extras(object, light.name, light.extras);
+    if (light.color != std::array<double, 3>{1, 1, 1}) object["color"] = numbers(light.color);
+    if (light.intensity != 1) object["intensity"] = short_number(light.intensity);
+    if (light.type == Light::Type::spot)
+        object["spot"] = {{"innerConeAngle", short_number(light.inner_cone)},
+                          {"outerConeAngle", short_number(light.outer_cone)}};
+    return object;
+}
+
+Json camera_json(const Camera& camera)
+{
+    Json object = Json::object();
+    name_and_extras(object, camera.name, camera.extras);
+    object["type"] = camera.perspective ? "perspective" : "orthographic";
+    Json lens = Json::object();
+    if (camera.perspective) {
+        lens["yfov"] = short_number(camera.yfov);
+        if (camera.aspect > 0) lens["aspectRatio"] = short_number(camera.aspect);
+    } else {
+        lens["xmag"] = short_number(camera.xmag);
+        lens["ymag"] = short_number(camera.ymag);
+    }
+    lens["znear"] = short_number(camera.znear);
+    if (camera.zfar > 0) lens["zfar"] = short_number(camera.zfar);
+    object[camera.perspective ? "perspective" : "orthographic"] = std::move(lens);
+    return object;
+}
+
+Json animation_json(const Animation& animation, const std::string& name)
+{
+    static constexpr const char* paths[] = {"translation", "rotation", "scale"};
+    Json object = Json::object();
+    name_and_extras(object, name, animation.extras);
+    Json& samplers = object["samplers"] = Json::array();
+    for (const AnimationSampler& sampler : animation.samplers) {
+        Json entry = {{"input", sampler.input}, {"output", sampler.output}};
+        if (sampler.cubic) entry["interpolation"] = "CUBICSPLINE";
+        samplers.push_back(std::move(entry));
+    }
+    Json& channels = object["channels"] = Json::array();
+    for (const AnimationChannel& channel : animation.channels)
+        channels.push_back({{"sampler", channel.sampler},
+                            {"target", {{"node", channel.node}, {"path", paths[static_cast<int>(channel.path)]}}}});
+    return object;
+}
+
+// Views in the order in which Buffer::write hands out the bytes. Empty stretches have none.
+struct Views {
+    std::array<uint32_t, stretch_count> of_stretch{};
+    uint32_t first_image = none;
+    std::vector<Json> list;
+    uint64_t size = 0;
+};
+
+Views make_views(const Buffer& buffer, bool with_images)
+{
+    // What a view is for, and its stride; 0: not told.
+    struct Form {
+        int target, stride;
+    };
+    static constexpr Form forms[stretch_count] = {{34962, 12}, {34962, 8}, {34962, 16}, {34963, 0}, {34963, 0}, {0, 0}};
+    Views views;
+    const auto padded = [](uint64_t size) { return (size + 3) & ~uint64_t{3}; };
+    for (std::size_t i = 0; i < stretch_count; ++i) {
+        const uint64_t size = buffer.stretch_size(static_cast<Stretch>(i));
+        views.of_stretch[i] = static_cast<uint32_t>(views.list.size());
+        if (size == 0) continue;
+        Json view = {{"buffer", 0}};
+        if (views.size != 0) view["byteOffset"] = views.size;
+        view["byteLength"] = size;
+        if (forms[i].stride != 0) view["byteStride"] = forms[i].stride;
+        if (forms[i].target != 0) view["target"] = forms[i].target;
+        views.list.push_back(std::move(view));
+        views.size += padded(size);
+    }
+    if (!with_images) return views;
+    views.first_image = static_cast<uint32_t>(views.list.size());
+    for (const auto& image : buffer.images()) {
+        Json view = {{"buffer", 0}};
+        if (views.size != 0) view["byteOffset"] = views.size;
+        view["byteLength"] = image->bytes.size();
+        views.list.push_back(std::move(view));
+        views.size += padded(image->bytes.size());
+    }
+    return views;
+}
+
+Json accessor_json(const Accessor& accessor, const Views& views)
+{
+    static constexpr const char* types[] = {"SCALAR", "VEC2", "VEC3", "VEC4"};
+    static constexpr int unsigned_short = 5123, unsigned_int = 5125, float_type = 5126;
+    Json object = {{"bufferView", views.of_stretch[static_cast<std::size_t>(accessor.stretch)]}};
+    if (accessor.offset != 0) object["byteOffset"] = accessor.offset;
+    object["componentType"] = accessor.stretch == Stretch::index16   ? unsigned_short
+                              : accessor.stretch == Stretch::index32 ? unsigned_int
+                                                                     : float_type;
+    object["count"] = accessor.count;
+    object["type"] = types[static_cast<std::size_t>(accessor.element)];
+    if (accessor.bounds) {
+        const std::size_t parts = static_cast<std::size_t>(accessor.element) + 1;
+        object["min"] = numbers(std::span(accessor.lower).first(parts));
+        object["max"] = numbers(std::span(accessor.upper).first(parts));
+    }
+    return object;
+}
+
+Json extensions_used(const Tables& tables)
+{
+    bool ior = false, specular = false, strength = false, unlit = false, transform = false;
+    for (const Material& material : tables.materials) {
+        ior |= material.ior != 1.5;
+        specular |= has_specular(material);
+        strength |= material.emissive_strength != 1;
+        unlit |= material.unlit;
+        for (const TextureUse* use :
+             {&material.base_texture, &material.emissive_texture, &material.normal_texture, &material.specular_texture})
+            transform |= has_transform(*use);
+    }
+    Json used = Json::array();
+    if (!tables.lights.empty()) used.push_back("KHR_lights_punctual");
+    if (strength) used.push_back("KHR_materials_emissive_strength");
+    if (ior) used.push_back("KHR_materials_ior");
+    if (specular) used.push_back("KHR_materials_specular");
+    if (unlit) used.push_back("KHR_materials_unlit");
+    if (transform) used.push_back("KHR_texture_transform");
+    return used;
+}
+
+} // namespace
+
+std::string gltf_json(const Tables& tables, const JsonTarget& target)
+{
+    const bool images_inside = target.image_uris.empty();
+    const Buffer& buffer = tables.buffer;
+    const Views views = make_views(buffer, images_inside);
+    Writer writer(target.lines);
+
+    Json asset = {{"version", "2.0"}, {"generator", tables.generator}};
+    if (!tables.asset_extras.empty()) asset["extras"] = tables.asset_extras;
+    writer.member("asset", asset);
+    const Json used = extensions_used(tables);
+    if (!used.empty()) writer.member("extensionsUsed", used);
+    writer.member("scene", 0);
+    Json scene = Json::object();
+    if (!tables.source_name.empty()) scene["name"] = tables.source_name;
+    if (!tables.roots.empty()) scene["nodes"] = tables.roots;
+    if (!tables.scene_extras.empty()) scene["extras"] = tables.scene_extras;
+    writer.array("scenes", 1, [&](std::size_t) { return scene; });
+    writer.array("nodes", tables.nodes.size(), [&](std::size_t i) { return node_json(tables.nodes[i]); });
+    writer.array("meshes", tables.meshes.size(), [&](std::size_t i) { return mesh_json(tables.meshes[i]); });
+    writer.array("materials", tables.materials.size(),
+                 [&](std::size_t i) { return material_json(tables.materials[i]); });
+    writer.array("textures", tables.textures.size(), [&](std::size_t i) {
+        return Json{{"sampler", tables.textures[i].sampler}, {"source", tables.textures[i].image}};
+    });
+    writer.array("samplers", tables.samplers.size(), [&](std::size_t i) {
+        static constexpr int repeat = 10497, clamp = 33071, linear = 9729, linear_mipmap_linear = 9987;
+        const Sampler& sampler = tables.samplers[i];
+        return Json{{"magFilter", linear},
+                    {"minFilter", sampler.mipmap ? linear_mipmap_linear : linear},
+                    {"wrapS", sampler.repeat_u ? repeat : clamp},
+                    {"wrapT", sampler.repeat_v ? repeat : clamp}};
+    });
+    writer.array("images", buffer.images().size(), [&](std::size_t i) {
+        const EncodedImage& image = *buffer.images()[i];
+        Json object = Json::object();
+        if (!image.name.empty()) object["name"] = image.name;
+        if (images_inside)
+            object["bufferView"] = views.first_image + i;
+        else
+            object["uri"] = target.image_uris[i];
+        object["mimeType"] = image.mime;
+        return object;
+    });
+    writer.array("cameras", tables.cameras.size(), [&](std::size_t i) { return camera_json(tables.cameras[i]); });
+    if (!tables.lights.empty()) {
+        Json lights = Json::array();
+        for (const Light& light : tables.lights) lights.push_back(light_json(light));
+        writer.member("extensions", {{"KHR_lights_punctual", {{"lights", std::move(lights)}}}});
+    }
+    if (!tables.animation.channels.empty())
+        writer.array("animations", 1,
+                     [&](std::size_t) { return animation_json(tables.animation, tables.source_name); });
+    writer.array("accessors", buffer.accessors().size(),
+                 [&](std::size_t i) { return accessor_json(buffer.accessors()[i], views); });
+    writer.array("bufferViews", views.list.size(), [&](std::size_t i) { return views.list[i]; });
+    if (views.size != 0)
+        writer.array("buffers", 1, [&](std::size_t) {
+            Json object = {{"byteLength", views.size}};
+            if (!target.buffer_uri.empty()) object["uri"] = target.buffer_uri;
+            return object;
+        });
+    return writer.finish();
+}
+
+} // namespace gltf

@@ -1,0 +1,296 @@
+#include "export/gltf/mesh/mesh.h"
+
+#include <algorithm>
+#include <cmath>
+#include <glm/geometric.hpp>
+#include <glm/matrix.hpp>
+#include <stdexcept>
+
+#include "export/gltf/base/notes.h"
+#include "export/gltf/base/transform.h"
+#include "export/gltf/material/projection_uv.h"
+#include "export/gltf/mesh/tangents.h"
+#include "export/gltf/mesh/vertex_table.h"
+#include "lib/toolkit/latin1.h"
+
+namespace gltf {
+
+struct MeshMaker::Group {
+    tv::Id surface = tv::no_id;
+    bool uv = false;    // the surface has layers, and the instance a frame to lay them out
+    bool bumpy = false; // a layer may become a normal map: mirrored triangles need vertices of their own
+    bool inside = true; // all texture coordinates lie within 0..1
+    VertexTable vertices;
+    std::vector<uint32_t> indices;
+};
+
+struct MeshMaker::Build {
+    const tv::Object* object = nullptr;
+    const tv::TextureProjection* frame = nullptr; // null: no texture coordinates
+    UvProjector projector;
+    glm::dmat4 to_frame{1}; // from the primitive's space to the frame's
+    glm::dmat3 normal_to_frame{1};
+    std::vector<Group> groups; // one a surface, in the order in which polygons name them
+    std::unordered_map<tv::Id, std::size_t> group_of;
+    PolygonFaults* faults = nullptr;
+
+    // The polygon at work. Behind its corners stand the points that tessellation added.
+    std::vector<glm::dvec3> points, normals;
+    glm::dvec3 polygon_normal{0, 0, 0}; // unit
+    Triangles triangles;
+};
+
+namespace {
+
+bool has_layers(const tv::Scene& scene, tv::Id surface)
+{
+    return surface < scene.surfaces.size() && !scene.surfaces[surface].layers.empty();
+}
+
+bool has_bump(const tv::Surface& surface)
+{
+    return std::any_of(surface.layers.begin(), surface.layers.end(), [](const tv::Layer& layer) {
+        const auto on = [&](tv::LayerChannel channel) {
+            return layer.channels[static_cast<std::size_t>(channel)].enabled;
+        };
+        return on(tv::LayerChannel::bump) || on(tv::LayerChannel::bump_u) || on(tv::LayerChannel::bump_v);
+    });
+}
+
+template <typename T>
+void append_bytes(std::string& key, const T& value)
+{
+    key.append(reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+std::array<double, 3> array_of(const glm::dvec3& v)
+{
+    return {v.x, v.y, v.z};
+}
+
+std::array<float, 3> floats_of(const glm::dvec3& v)
+{
+    return {file_float(v.x), file_float(v.y), file_float(v.z)};
+}
+
+// Points and normals of what tessellation added, behind those of the corners.
+void mix_added(const Triangles& triangles, std::vector<glm::dvec3>& points, std::vector<glm::dvec3>& normals,
+               const glm::dvec3& polygon_normal)
+{
+    for (const Triangles::Added& added : triangles.added) {
+        glm::dvec3 point(0), normal(0);
+        for (std::size_t i = 0; i < 4; ++i)
+            if (added.weight[i] != 0) {
+                point += added.weight[i] * points[added.from[i]];
+                normal += added.weight[i] * normals[added.from[i]];
+            }
+        const double length = glm::length(normal);
+        points.push_back(point);
+        normals.push_back(length > 1e-6 ? normal / length : polygon_normal);
+    }
+}
+
+} // namespace
+
+MeshMaker::MeshMaker(const tv::Scene& scene, const Options& options, MaterialMaker& materials, Tables& tables,
+                     Report& report)
+    : scene_(scene), scale_(options.scale), materials_(materials), tables_(tables), report_(report)
+{
+}
+
+const std::vector<tv::Id>& MeshMaker::surfaces_of(tv::Id id)
+{
+    const auto [entry, added] = surfaces_.try_emplace(id);
+    if (!added) return entry->second;
+    const tv::Object& object = scene_.objects[id];
+    std::vector<tv::Id>& list = entry->second;
+    list.push_back(object.surface);
+    for (const tv::Primitive& primitive : object.primitives)
+        for (std::size_t i = 0; i < primitive.polygon_surface.size(); ++i)
+            if (i == 0 || primitive.polygon_surface[i] != primitive.polygon_surface[i - 1])
+                list.push_back(primitive.polygon_surface[i]);
+    std::sort(list.begin(), list.end());
+    list.erase(std::unique(list.begin(), list.end()), list.end());
+    return list;
+}
+
+uint32_t MeshMaker::mesh(tv::Id id, const tv::TextureProjection& projection, const std::array<double, 16>& world)
+{
+    if (id >= scene_.objects.size() || scene_.objects[id].primitives.empty()) return none;
+    const std::vector<tv::Id>& surfaces = surfaces_of(id);
+    const bool framed = projection.enabled && std::any_of(surfaces.begin(), surfaces.end(),
+                                                          [&](tv::Id surface) { return has_layers(scene_, surface); });
+    // What the mesh depends on, byte for byte.
+    std::string key;
+    append_bytes(key, id);
+    if (framed) {
+        append_bytes(key, projection.model);
+        for (const tv::Vec3* v : {&projection.origin, &projection.upoint, &projection.vpoint, &projection.wpoint})
+            append_bytes(key, *v);
+        if (projection.world_space) append_bytes(key, world);
+    }
+    const auto [entry, added] = made_.try_emplace(std::move(key), none);
+    if (added) entry->second = build(id, framed ? &projection : nullptr, world);
+    return entry->second;
+}
+
+uint32_t MeshMaker::build(tv::Id id, const tv::TextureProjection* frame, const std::array<double, 16>& world)
+{
+    const tv::Object& object = scene_.objects[id];
+    Build build;
+    build.object = &object;
+    build.frame = frame;
+    if (frame) {
+        build.projector = make_projector(*frame);
+        if (frame->world_space) {
+            build.to_frame = to_glm(world);
+            const glm::dmat3 linear_part(build.to_frame);
+            if (glm::determinant(linear_part) != 0) build.normal_to_frame = glm::inverse(glm::transpose(linear_part));
+        }
+    }
+    PolygonFaults repeated;
+    const bool first_time = counted_.insert(id).second;
+    build.faults = first_time ? &faults_ : &repeated;
+    const std::size_t faults_before = faults_.total();
+    for (const tv::Primitive& primitive : object.primitives) add_primitive(primitive, build);
+    if (faults_before == 0 && faults_.total() != 0) faults_.first_object = tv::latin1_to_utf8(object.name);
+
+    Mesh mesh;
+    mesh.name = tv::latin1_to_utf8(object.name);
+    for (Group& group : build.groups) {
+        if (group.indices.empty()) continue;
+        report_.triangles += group.indices.size() / 3;
+        mesh.primitives.push_back(store(group, frame));
+        group = {}; // its memory is not wanted any longer
+    }
+    if (mesh.primitives.empty()) return none;
+    tables_.meshes.push_back(std::move(mesh));
+    return static_cast<uint32_t>(tables_.meshes.size() - 1);
+}
+
+void MeshMaker::add_primitive(const tv::Primitive& primitive, Build& build)
+{
+    const CleanPolygons polygons = clean_polygons(primitive, build.object->surface, scale_, *build.faults);
+    const tv::PolygonView view = polygons.view();
+    std::vector<float> smooth; // a normal a corner; empty: flat
+    if (const auto angle = build.object->smoothing_angle; angle && *angle > 0 && !polygons.corners.empty()) {
+        constexpr float radians = 0.0174532925f, half_turn = 3.14159265f;
+        smooth.resize(3 * polygons.corners.size());
+        tv::corner_normals(view, std::min(*angle * radians, half_turn), smooth);
+    }
+
+    std::size_t first = 0, group = 0;
+    for (std::size_t polygon = 0; polygon < polygons.sizes.size(); ++polygon) {
+        const auto size = static_cast<std::size_t>(polygons.sizes[polygon]);
+        const tv::Id surface = polygons.surfaces[polygon];
+        if (build.groups.empty() || build.groups[group].surface != surface) {
+            const auto [entry, added] = build.group_of.try_emplace(surface, build.groups.size());
+            group = entry->second;
+            if (added) {
+                Group& made = build.groups.emplace_back();
+                made.surface = surface;
+                made.uv = build.frame && has_layers(scene_, surface);
+                made.bumpy = made.uv && has_bump(scene_.surfaces[surface]);
+            }
+        }
+
+        double newell[3];
+        tv::polygon_normal(view, first, size, newell);
+        // By the largest part first: the length of a very small or large one would be lost.
+        const double largest = std::max({std::abs(newell[0]), std::abs(newell[1]), std::abs(newell[2])});
+        build.polygon_normal = glm::normalize(glm::dvec3(newell[0], newell[1], newell[2]) / largest);
+        build.points.clear();
+        build.normals.clear();
+        for (std::size_t i = first; i < first + size; ++i) {
+            const float* const p = primitive.positions.data() + 3 * static_cast<std::size_t>(polygons.corners[i] - 1);
+            build.points.emplace_back(p[0], p[1], p[2]);
+            if (smooth.empty())
+                build.normals.push_back(build.polygon_normal);
+            else
+                build.normals.emplace_back(smooth[3 * i], smooth[3 * i + 1], smooth[3 * i + 2]);
+        }
+        first += size;
+        if (!tessellator_.polygon(build.points, build.polygon_normal, build.triangles)) {
+            ++build.faults->no_area;
+            continue;
+        }
+        mix_added(build.triangles, build.points, build.normals, build.polygon_normal);
+        add_triangles(build.groups[group], build);
+    }
+}
+
+void MeshMaker::add_triangles(Group& group, Build& build)
+{
+    for (const std::array<uint32_t, 3>& triangle : build.triangles.list) {
+        std::array<Uv, 3> uv;
+        if (group.uv) {
+            std::array<std::array<double, 3>, 3> points;
+            for (std::size_t i = 0; i < 3; ++i)
+                points[i] = array_of(glm::dvec3(build.to_frame * glm::dvec4(build.points[triangle[i]], 1)));
+            project_triangle(build.projector, points, array_of(build.normal_to_frame * build.polygon_normal), uv);
+            for (const Uv& corner : uv)
+                group.inside &= corner.u >= 0 && corner.u <= 1 && corner.v >= 0 && corner.v <= 1;
+        }
+        const bool mirrored = group.bumpy && is_mirrored(uv);
+        std::array<uint32_t, 3> numbers;
+        for (std::size_t i = 0; i < 3; ++i) {
+            Vertex vertex;
+            vertex.position = floats_of(build.points[triangle[i]] * scale_);
+            vertex.normal = floats_of(build.normals[triangle[i]]);
+            vertex.uv = {file_float(uv[i].u), file_float(uv[i].v)};
+            vertex.mirrored = mirrored;
+            const auto number = group.vertices.add(vertex);
+            if (!number)
+                throw std::runtime_error("object '" + tv::latin1_to_utf8(build.object->name) +
+                                         "' has more vertices than a glTF mesh can hold; split it");
+            numbers[i] = *number;
+        }
+        // Corners that fall together leave a triangle nobody sees.
+        if (numbers[0] == numbers[1] || numbers[1] == numbers[2] || numbers[2] == numbers[0]) continue;
+        group.indices.insert(group.indices.end(), numbers.begin(), numbers.end());
+    }
+}
+
+Primitive MeshMaker::store(Group& group, const tv::TextureProjection* frame)
+{
+    const MadeMaterial made = materials_.material(group.surface, group.uv ? frame : nullptr, group.inside);
+    Primitive result;
+    result.material = made.material;
+    const std::size_t count = group.vertices.size();
+    std::vector<float> values(3 * count);
+    for (std::size_t i = 0; i < count; ++i)
+        std::copy_n(group.vertices[i].position.begin(), 3, values.begin() + static_cast<std::ptrdiff_t>(3 * i));
+    result.position = tables_.buffer.add(Stretch::vec3, Element::vec3, values, true);
+    for (std::size_t i = 0; i < count; ++i)
+        std::copy_n(group.vertices[i].normal.begin(), 3, values.begin() + static_cast<std::ptrdiff_t>(3 * i));
+    result.normal = tables_.buffer.add(Stretch::vec3, Element::vec3, values, false);
+    if (group.uv && made.textured) {
+        values.resize(2 * count);
+        for (std::size_t i = 0; i < count; ++i)
+            std::copy_n(group.vertices[i].uv.begin(), 2, values.begin() + static_cast<std::ptrdiff_t>(2 * i));
+        result.uv = tables_.buffer.add(Stretch::vec2, Element::vec2, values, false);
+        if (made.tangents)
+            result.tangent =
+                tables_.buffer.add(Stretch::vec4, Element::vec4, vertex_tangents(group.vertices, group.indices), false);
+    }
+    result.indices = tables_.buffer.add_indices(group.indices);
+    return result;
+}
+
+void MeshMaker::finish()
+{
+    if (faults_.total() == 0) return;
+    std::string reasons;
+    const auto reason = [&](std::size_t count, const char* text) {
+        if (count != 0) reasons += (reasons.empty() ? "" : ", ") + std::to_string(count) + ' ' + text;
+    };
+    reason(faults_.few_points, "with fewer than three distinct points");
+    reason(faults_.bad_index, "with points that don't exist");
+    reason(faults_.not_finite, "with coordinates beyond all bounds");
+    reason(faults_.no_area, "without area");
+    note(report_, Note::Level::warning,
+         counted(faults_.total(), "polygon") + " left out: " + reasons + " (the first in object '" +
+             faults_.first_object + "')");
+}
+
+} // namespace gltf

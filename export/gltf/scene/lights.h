@@ -1,0 +1,17 @@
+// Lights -> KHR_lights_punctual, each on a node of its own below the scene.
+#pragma once
+#include "export/gltf/base/measure.h"
+#include "export/gltf/file/tables.h"
+#include "export/gltf/writer.h"
+
+namespace gltf {
+
+// Lux for a directional light of intensity 1. The old renderer gives a white surface that faces such a light its full
+// colour; a diffuse surface sends E / pi of the light E that it gets.
+inline constexpr double lux_of_intensity = 3.14159265358979323846;
+
+// The ambient light goes into the scene's extras.
+void make_lights(const tv::Scene& scene, const Options& options, const Measure& measure, Tables& tables,
+                 Report& report);
+
+} // namespace gltf

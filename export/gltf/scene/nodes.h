@@ -1,0 +1,32 @@
+// Instances -> nodes, one for each place in the tree.
+#pragma once
+#include <functional>
+#include <vector>
+
+#include "export/gltf/animation/animation.h"
+#include "export/gltf/file/tables.h"
+#include "export/gltf/mesh/mesh.h"
+#include "export/gltf/writer.h"
+
+namespace gltf {
+
+// Instances of objects with children multiply; more places than this are refused.
+inline constexpr std::size_t most_places = 1000000;
+
+// Every place that an instance has in the scene, at `time`; the first is "world" itself. Throws std::runtime_error
+// where there are more than most_places.
+std::vector<tv::Placement> all_places(double time);
+
+// Called now and then with the places done; it throws to stop the work.
+using PlaceProgress = std::function<void(std::size_t done)>;
+
+// A node for each place but the first, whose children become the scene's roots. A node may hold another one that takes
+// its mesh and its children: "NAME pivot" moves the pivot of an animated instance to where the animation turns it,
+// and "NAME shear" turns a matrix with shear.
+void make_nodes(const tv::Scene& scene, const std::vector<tv::Placement>& places, double scale, Animator& animator,
+                MeshMaker& meshes, Tables& tables, Report& report, const PlaceProgress& progress);
+
+// The parts of a placing as the file holds them.
+void place_node(Node& node, const Placing& placing);
+
+} // namespace gltf

@@ -1,0 +1,73 @@
+// lwimport call: words straight to the plug-in's entry point, and nothing else done.
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+
+#include "host/command_line.h"
+#include "host/commands/commands.h"
+#include "host/failure.h"
+#include "host/messages.h"
+#include "host/plugin_loader.h"
+#include "lib/services/host.h"
+#include "lib/toolkit/latin1.h"
+#include "lib/toolkit/scene/scene.h"
+
+namespace host {
+
+static Word parse_word(std::string_view argument)
+{
+    const std::size_t equals = argument.find('=');
+    Word word{std::string(argument.substr(0, equals))};
+    if (equals == std::string_view::npos) return word;
+    const std::string_view value = argument.substr(equals + 1);
+    if (!is_integer_word(word.name)) {
+        word.text = std::string(value);
+        return word;
+    }
+    long long number = 0;
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+    if (error != std::errc{} || end != value.data() + value.size() || number < INTPTR_MIN || number > INTPTR_MAX)
+        throw WrongUse("the word " + word.name + " takes an integer, not '" + std::string(value) + "'");
+    word.integer = static_cast<intptr_t>(number);
+    return word;
+}
+
+static Level level_of(int32_t level)
+{
+    return level <= 3 ? Level::warning : Level::error;
+}
+
+int call_command(Arguments arguments)
+{
+    std::string plugin_directory, trace;
+    CommandLine line("  lwimport call [--plugin-dir DIR/] [--trace FILE] WORD[=VALUE]…\n",
+                     "Passes the words to the plug-in's entry point as they stand, from the current directory, with no "
+                     "search path\nand nothing else done, and prints result=N.",
+                     {"lwimport call validate_header=ship.lwo", "is it one of ours?",
+                      "lwimport call execute_geometry_converter filename=ship.lwo compute_normals=0",
+                      "one conversion, with one option of the plug-in"});
+    line.text("--plugin-dir", "DIR/", plugin_directory,
+              "first pass \"initialize\" with this directory, in a call of its own");
+    line.text("--trace", "FILE", trace, "write every call that the plug-in makes, a JSON array a line");
+    const std::size_t head = line.leading_options(arguments);
+    if (!line.parse(arguments.first(head))) return status_done;
+    std::vector<Word> words;
+    for (const char* const argument : arguments.subspan(head)) words.push_back(parse_word(argument));
+    if (words.empty() && plugin_directory.empty()) throw WrongUse("no WORD given; see lwimport call --help");
+
+    if (!trace.empty() && !tv::set_trace_file(trace.c_str()))
+        throw Failure("cannot write the trace " + trace + ": " + std::strerror(errno));
+    services::Host host;
+    host.report = [](int32_t level, std::string_view text) { say(level_of(level), tv::latin1_to_utf8(text)); };
+    host.print = print_latin1;
+    services::set_host(std::move(host));
+    tv::set_report_sink([](void*, int32_t level, const char* text) { say(level_of(level), tv::latin1_to_utf8(text)); },
+                        nullptr);
+
+    if (!plugin_directory.empty()) call_plugin({{"initialize", plugin_directory, {}}});
+    const int32_t result = call_plugin(std::move(words));
+    std::printf("result=%d\n", result);
+    return status_done;
+}
+
+} // namespace host

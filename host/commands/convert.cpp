@@ -1,0 +1,279 @@
+// lwimport convert: files through the plug-in and the exporter, one after the other.
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <new>
+
+#include "export/gltf/writer.h"
+#include "host/command_line.h"
+#include "host/commands/commands.h"
+#include "host/failure.h"
+#include "host/import_run.h"
+#include "host/messages.h"
+#include "host/outputs.h"
+#include "host/progress.h"
+#include "lib/platform/console.h"
+#include "lib/toolkit/latin1.h"
+#include "lib/toolkit/scene/scene.h"
+
+namespace host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct ConvertOptions {
+    ImportOptions import;
+    OutputOptions output;
+    std::optional<double> scale, light_scale, frame;
+    std::optional<int64_t> max_texture;
+    bool backdrop_dome = false, strict = false, no_clobber = false, keep_partial = false;
+};
+
+struct Totals {
+    std::size_t converted = 0, left_alone = 0, failed = 0;
+    std::size_t objects = 0, missing_objects = 0, images = 0, missing_images = 0;
+};
+
+} // namespace
+
+static CommandLine convert_line(ConvertOptions& options, std::vector<std::string>& inputs)
+{
+    CommandLine line("  lwimport [convert] IN… [-o OUT.glb|OUT.gltf|OUT.json|DIR/|-]\n",
+                     "Converts Lightwave objects (LWOB) and scenes (LWSC) to glTF 2.0. OUT defaults to IN with .glb.",
+                     {"lwimport harbour.lws", "writes harbour.glb, with everything inside",
+                      "lwimport harbour.lws --content-dir /archive/newtek -o out/harbour.gltf",
+                      "says where stored paths begin, and writes JSON with its files beside it",
+                      "lwimport -r archive/ -o converted/",
+                      "every scene and object in a directory, and on after a failure"});
+    line.inputs("input", inputs, 1, 1'000'000);
+    line.heading("Output");
+    line.text("-o,--output", "OUT", options.output.out,
+              "a file, a directory (with / at its end), or - for standard output");
+    line.text("--format", "KIND", options.output.format, "glb, gltf or json, where OUT doesn't say");
+    line.flag("-r,--recursive", options.output.recursive, "inputs may be directories");
+    line.flag("-n,--no-clobber", options.no_clobber, "leave existing outputs alone");
+    line.flag("--strict", options.strict, "warnings and missing files fail, and nothing is written then");
+    line.flag("--keep-partial", options.keep_partial, "write what was read of a file that failed");
+    line.heading("The result");
+    line.number("--scale", "F", options.scale, 1e-9, 1e9, "multiply lengths, in the data itself; 1");
+    line.number("--light-scale", "F", options.light_scale, 0, 1e9, "multiply the strength of lights; 1");
+    line.whole("--max-texture", "N", options.max_texture, 1, 16384, "longest side of an image in pixels; 4096");
+    line.flag("--backdrop-dome", options.backdrop_dome, "a dome round everything that shows the backdrop");
+    line.number("--frame", "N", options.frame, -1e6, 1e6, "a still of this frame instead of the animation");
+    add_import_options(line, options.import, true);
+    return line;
+}
+
+static gltf::Options export_options(const ConvertOptions& options, const ImportRun& run, const fs::path& input)
+{
+    gltf::Options out;
+    out.scale = options.scale.value_or(1);
+    out.light_scale = options.light_scale.value_or(1);
+    out.max_texture = static_cast<uint32_t>(options.max_texture.value_or(4096));
+    out.backdrop_dome = options.backdrop_dome;
+    out.frame = options.frame;
+    out.image_directories = run.image_directories;
+    out.source_name = shown_path(input.filename());
+    return out;
+}
+
+// ---- what is told --------------------------------------------------------------------------------------------------
+
+static void tell_missing_images(const gltf::Report& report, const ImportRun& run)
+{
+    for (const gltf::MissingImage& image : report.missing_images) {
+        std::string stored = image.name, asked_by = image.surface;
+        const auto known = std::find_if(run.images.begin(), run.images.end(), [&image](const FileReference& file) {
+            return is_called(file.reference.stored, image.name);
+        });
+        if (known != run.images.end()) {
+            stored = known->reference.stored;
+            asked_by = known->asked_by;
+        }
+        const std::string head = asked_by + ": ";
+        if (!image.unreadable.empty())
+            say(Level::warning, head + "cannot read the image " +
+                                    shown_path(image.tried.empty() ? stored : image.tried.back()) + ": " +
+                                    image.unreadable);
+        else
+            say(Level::warning,
+                head + "missing image " + tv::latin1_to_utf8(stored) + "\n" + places_text(image.tried, 24));
+    }
+}
+
+static void tell_notes(const gltf::Report& report, const std::string& name)
+{
+    for (const gltf::Note& note : report.notes) {
+        const Level level = note.level == gltf::Note::Level::info      ? Level::note
+                            : note.level == gltf::Note::Level::warning ? Level::warning
+                                                                       : Level::error;
+        say(level, name + ": " + note.text);
+    }
+}
+
+static void tell_summary(const Job& job, double seconds)
+{
+    const tv::Scene& scene = tv::scene();
+    std::size_t objects = 0, polygons = 0, lights = 0;
+    for (const tv::Object& object : scene.objects) {
+        if (!object.alive || object.primitives.empty()) continue;
+        ++objects;
+        for (const tv::Primitive& primitive : object.primitives) polygons += primitive.sizes.size();
+    }
+    for (const tv::Light& light : scene.lights)
+        if (light.alive && light.model != tv::LightModel::ambient) ++lights;
+    if (const tv::Id ambient = scene.find(tv::Kind::light, "defaultambient");
+        ambient != tv::no_id && scene.lights[ambient].model != tv::LightModel::ambient)
+        --lights; // it is there from the start, and no file made it
+    char time[32];
+    std::snprintf(time, sizeof time, "%.1f s", seconds);
+    const std::string out = job.output.empty() ? "standard output" : shown_path(job.output.filename());
+    say(Level::note, shown_path(job.input) + " -> " + out + ": " + counted(objects, "object", "objects") + ", " +
+                         counted(polygons, "polygon", "polygons") + ", " + counted(lights, "light", "lights") + ", " +
+                         time);
+}
+
+static std::string missing_text(const Totals& totals)
+{
+    std::string text;
+    if (totals.missing_objects > 0)
+        text += grouped(totals.missing_objects) + " of " + counted(totals.objects, "object", "objects") + " missing";
+    if (totals.missing_images > 0)
+        text += (text.empty() ? "" : ", ") + grouped(totals.missing_images) + " of " +
+                counted(totals.images, "image", "images") + " missing";
+    return text;
+}
+
+// ---- one file ------------------------------------------------------------------------------------------------------
+
+static void write_to_standard_output(const std::vector<unsigned char>& bytes)
+{
+    if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size() || std::fflush(stdout) != 0)
+        throw Failure(std::string("cannot write to standard output: ") + std::strerror(errno));
+}
+
+static bool has_warnings(const gltf::Report& report)
+{
+    return !report.missing_images.empty() ||
+           std::any_of(report.notes.begin(), report.notes.end(),
+                       [](const gltf::Note& note) { return note.level != gltf::Note::Level::info; });
+}
+
+static void make_directory_of(const fs::path& output)
+{
+    std::error_code error;
+    fs::create_directories(output.parent_path(), error);
+    if (error) throw Failure("cannot make the directory " + shown_path(output.parent_path()) + ": " + error.message());
+}
+
+static gltf::Report export_scene(const Job& job, const ConvertOptions& options, const gltf::Options& how)
+{
+    const std::string format = !options.output.format.empty() ? options.output.format : "glb";
+    std::vector<unsigned char> bytes;
+    if (!job.output.empty() && !options.strict) {
+        make_directory_of(job.output);
+        return gltf::write_scene(tv::scene(), job.output, how);
+    }
+    // Strict: all that there is to complain of has to be known before the first file is made.
+    gltf::Report report = gltf::write_scene(tv::scene(), format, how, bytes);
+    if (report.stopped || (options.strict && has_warnings(report))) return report;
+    if (job.output.empty()) {
+        write_to_standard_output(bytes);
+        return report;
+    }
+    make_directory_of(job.output);
+    return gltf::write_scene(tv::scene(), job.output, how);
+}
+
+// Throws Failure unless the file was read and written whole.
+static void convert_one(const Job& job, const ConvertOptions& options, Totals& totals)
+{
+    const auto start = std::chrono::steady_clock::now();
+    const std::string name = shown_path(job.input);
+    const ImportRun run = import_file(job.input, options.import);
+    totals.objects += run.distinct_objects;
+    totals.missing_objects += run.missing_objects;
+    if (run.stopped) throw Failure(name + ": stopped; nothing was written");
+    if (!run.imported && !options.keep_partial)
+        throw Failure(name + ": not converted (--keep-partial writes what could be read)");
+    if (options.strict && (run.warnings + run.errors + run.missing_objects > 0))
+        throw Failure(name + ": not converted, since --strict lets no warning and no missing file pass");
+
+    gltf::Options how = export_options(options, run, job.input);
+    gltf::Report report;
+    {
+        Progress progress(shown_path(job.input.filename()), !options.import.no_progress && !options.import.quiet);
+        how.progress = [&progress](std::size_t done, std::size_t total) { return progress.writing(done, total); };
+        report = export_scene(job, options, how);
+    }
+    if (report.stopped) throw Failure(name + ": stopped; nothing was written");
+    tell_missing_images(report, run);
+    tell_notes(report, name);
+    totals.images += report.images_found + report.missing_images.size();
+    totals.missing_images += report.missing_images.size();
+    if (options.strict && has_warnings(report))
+        throw Failure(name + ": not converted, since --strict lets no warning and no missing file pass");
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+    tell_summary(job, seconds.count());
+    if (!run.imported) throw Failure(name + ": only a part of it could be read; that part was written");
+}
+
+// ---- the command ---------------------------------------------------------------------------------------------------
+
+static void check_options(const ConvertOptions& options)
+{
+    const std::string& format = options.output.format;
+    if (!format.empty() && format_of("x." + format) != format)
+        throw WrongUse("--format takes glb, gltf or json, not '" + format + "'");
+    if (options.output.out == "-" && (format.empty() || format == "glb") && platform::is_terminal(stdout))
+        throw WrongUse("standard output is a terminal, and a .glb file isn't text; send it to a file or a pipe");
+}
+
+int convert_command(Arguments arguments)
+{
+    ConvertOptions options;
+    std::vector<std::string> inputs;
+    if (!convert_line(options, inputs).parse(arguments)) return status_done;
+    check_options(options);
+    const std::vector<Job> jobs = plan_jobs(inputs, options.output);
+    catch_interrupts();
+    prepare_imports(options.import);
+
+    Totals totals;
+    for (const Job& job : jobs) {
+        if (interrupted()) break;
+        try {
+            std::error_code error;
+            if (!job.problem.empty()) throw Failure(job.problem);
+            if (options.no_clobber && !job.output.empty() && fs::exists(job.output, error)) {
+                say(Level::note, shown_path(job.output) + " exists and is left alone");
+                ++totals.left_alone;
+                continue;
+            }
+            convert_one(job, options, totals);
+            ++totals.converted;
+        } catch (const std::bad_alloc&) {
+            say(Level::error, shown_path(job.input) + ": there isn't enough memory for it");
+            ++totals.failed;
+        } catch (const std::exception& error) {
+            say(Level::error, error.what());
+            ++totals.failed;
+        }
+    }
+    const std::string missing = missing_text(totals);
+    if (jobs.size() > 1) {
+        std::string text = counted(jobs.size(), "file", "files") + ": " + grouped(totals.converted) + " converted";
+        if (totals.left_alone > 0) text += ", " + grouped(totals.left_alone) + " left alone";
+        if (totals.failed > 0) text += ", " + grouped(totals.failed) + " failed";
+        if (interrupted()) text += ", stopped";
+        say(Level::note, missing.empty() ? text : text + "; " + missing);
+    } else if (!missing.empty()) {
+        say(Level::warning, missing);
+    }
+    return totals.failed > 0 || interrupted() ? status_failed : status_done;
+}
+
+} // namespace host

@@ -1,0 +1,127 @@
+// lwimport options: the plug-in's options, kept from one run to the next.
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+
+#include "host/command_line.h"
+#include "host/commands/commands.h"
+#include "host/failure.h"
+#include "host/messages.h"
+#include "host/options_file.h"
+#include "host/plugin_loader.h"
+#include "lib/platform/dialog_obstacle.h"
+#include "lib/toolkit/latin1.h"
+#include "lib/toolkit/scene/scene.h"
+
+namespace host {
+
+static const OptionKey& key_called(const std::string& name)
+{
+    std::vector<std::string> known;
+    for (const OptionKey& option : option_keys()) {
+        if (option.key == name) return option;
+        known.emplace_back(option.key);
+    }
+    const std::string near = nearest_word(name, known);
+    throw WrongUse("no such option: " + name +
+                   (near.empty() ? "; lwimport options list shows them" : "; did you mean " + near + "?"));
+}
+
+static std::string value_of(const OptionKey& option)
+{
+    return options_file_value(option.key).value_or(std::string(option.standard));
+}
+
+static void list()
+{
+    for (const OptionKey& option : option_keys())
+        std::printf("%-26.*s %-8s %.*s\n", static_cast<int>(option.key.size()), option.key.data(),
+                    value_of(option).c_str(), static_cast<int>(option.help.size()), option.help.data());
+}
+
+static void reset()
+{
+    std::error_code error;
+    std::filesystem::remove(options_file_path(), error);
+    if (error) throw Failure("cannot remove " + options_file_path() + ": " + error.message());
+}
+
+// Messages wait until the dialog's screen is gone; true when there was an error.
+static bool tell(const std::vector<std::pair<int32_t, std::string>>& messages)
+{
+    bool failed = false;
+    for (const auto& [level, text] : messages) {
+        failed = failed || level > 3;
+        say(level > 3 ? Level::error : Level::warning, tv::latin1_to_utf8(text));
+    }
+    return failed;
+}
+
+// "show_options_dialog" or "show_about_dialog", on the kept options.
+static int show(const char* command)
+{
+    if (const std::string obstacle = platform::dialog_obstacle(); !obstacle.empty())
+        throw Failure(obstacle + "; lwimport options list, get, set and reset do without");
+    const std::filesystem::path directory = std::filesystem::path(options_file_path()).parent_path();
+    std::error_code ignored; // OK in the dialog tells what can't be written
+    std::filesystem::create_directories(directory, ignored);
+
+    std::vector<std::pair<int32_t, std::string>> messages;
+    const auto listen = [](void* context, int32_t level, const char* text) {
+        static_cast<decltype(messages)*>(context)->emplace_back(level, text);
+    };
+    tv::set_report_sink(listen, &messages);
+    const int32_t result = call_plugin({{"parent_hWnd"}, {"initialize", options_directory()}, {command}});
+    tv::set_report_sink(nullptr, nullptr);
+    if (tell(messages)) return status_failed;
+    if (result == 1) say(Level::note, "options written to " + options_file_path());
+    return status_done;
+}
+
+int options_command(Arguments arguments)
+{
+    std::vector<std::string> words;
+    CommandLine line(
+        "  lwimport options\n"
+        "  lwimport options about\n"
+        "  lwimport options list\n"
+        "  lwimport options get KEY\n"
+        "  lwimport options set KEY VALUE\n"
+        "  lwimport options reset\n"
+        "  lwimport options path\n",
+        "Keeps the plug-in's options in its own options file. Options given to a conversion come first.\nWithout a "
+        "word the Options dialog opens in the terminal, and with about the About box.",
+        {"lwimport options", "all options in one dialog", "lwimport options list", "all keys with their values",
+         "lwimport options set newtek_root_directory /archive/newtek", "where objects and images lie",
+         "lwimport options reset", "back to the standard values"});
+    line.inputs("word", words, 0, 3);
+    if (!line.parse(arguments)) return status_done;
+    if (words.empty()) return show("show_options_dialog");
+    const std::string& verb = words[0];
+    const std::vector<std::string> verbs = {"about", "list", "get", "set", "reset", "path"};
+    if (std::find(verbs.begin(), verbs.end(), verb) == verbs.end()) {
+        const std::string near = nearest_word(verb, verbs);
+        throw WrongUse("no such word: options " + verb +
+                       (near.empty() ? "; see lwimport options --help" : "; did you mean " + near + "?"));
+    }
+    const std::size_t wanted = verb == "get" ? 2 : verb == "set" ? 3 : 1;
+    if (words.size() != wanted)
+        throw WrongUse("lwimport options " + verb +
+                       (wanted == 3   ? " takes a KEY and a VALUE"
+                        : wanted == 2 ? " takes a KEY"
+                                      : " takes no further words"));
+    if (verb == "about") return show("show_about_dialog");
+    if (verb == "list")
+        list();
+    else if (verb == "get")
+        std::printf("%s\n", value_of(key_called(words[1])).c_str());
+    else if (verb == "set")
+        set_options_file_value(key_called(words[1]).key, words[2]);
+    else if (verb == "reset")
+        reset();
+    else
+        std::printf("%s\n", options_file_path().c_str());
+    return status_done;
+}
+
+} // namespace host

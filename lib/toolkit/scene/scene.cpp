@@ -1,0 +1,238 @@
+#include "lib/toolkit/scene/scene.h"
+
+#include <memory>
+#include <utility>
+
+#include "lib/toolkit/report.h"
+#include "lib/toolkit/scene/scene_store.h"
+#include "lib/toolkit/words/trace.h"
+
+namespace tv {
+
+namespace {
+
+constexpr std::array<word::Token, kind_count> kind_words = {
+    word::before_first, word::object, word::instance, word::surface, word::texture, word::light, word::camera};
+
+constexpr std::size_t index_of(Kind kind)
+{
+    return static_cast<std::size_t>(kind);
+}
+
+// The thing of this name in `things`, appended where it doesn't stand yet.
+template <class Thing>
+Id make(Store& in, Kind kind, std::deque<Thing>& things, const char* name)
+{
+    const Id found = in.scene.find(kind, name);
+    if (found != no_id) return found;
+    const Id id = static_cast<Id>(things.size());
+    things.emplace_back().name = name;
+    in.scene.names[index_of(kind)].add(things.back().name, id);
+    return id;
+}
+
+Id make_instance_in(Store& in, const char* name)
+{
+    const Id id = make(in, Kind::instance, in.scene.instances, name);
+    if (id < in.sharers.size()) return id;
+    in.sharers.emplace_back();
+    Tv_Local_Axes& axes = in.scene.instances[id].axes;
+    axes = {};
+    for (std::size_t i = 0; i < 4; ++i) axes.axes_matrix[i][i] = 1;
+    axes.axes_scale = 1;
+    return id;
+}
+
+// "world" and "defaultambient" stand in every scene.
+Store new_store()
+{
+    Store in;
+    make_instance_in(in, "world");
+    in.scene.lights[make(in, Kind::light, in.scene.lights, "defaultambient")].model = LightModel::ambient;
+    return in;
+}
+
+} // namespace
+
+Store& store()
+{
+    static Store kept = new_store();
+    return kept;
+}
+
+const Scene& scene()
+{
+    return store().scene;
+}
+
+void clear_scene()
+{
+    trace_flush();
+    const uint64_t revision = scene().revision;
+    const uint64_t next_channel_set = store().first_channel_set + store().channel_sets.size();
+    forget_extents();
+    store() = new_store();
+    store().scene.revision = revision + 1; // what was computed of the old scene is no good for the new one
+    store().first_channel_set = next_channel_set;
+}
+
+Id Scene::find(Kind kind, std::string_view name) const
+{
+    const auto find_in = [&](const auto& things) {
+        return names[index_of(kind)].find(name, [&](Id id) { return std::string_view(things[id].name); });
+    };
+    switch (kind) {
+    case Kind::object: return find_in(objects);
+    case Kind::instance: return find_in(instances);
+    case Kind::surface: return find_in(surfaces);
+    case Kind::texture: return find_in(textures);
+    case Kind::light: return find_in(lights);
+    case Kind::camera: return find_in(cameras);
+    case Kind::none: break;
+    }
+    return no_id;
+}
+
+Kind kind_of(int32_t token)
+{
+    for (std::size_t i = 1; i < kind_count; ++i)
+        if (kind_words[i] == token) return static_cast<Kind>(i);
+    return Kind::none;
+}
+
+int32_t token_of(Kind kind)
+{
+    return kind == Kind::none ? 0 : kind_words[index_of(kind)];
+}
+
+const char* kind_name(Kind kind)
+{
+    return kind == Kind::none ? "thing" : word_text(token_of(kind));
+}
+
+Object& make_object(const char* name)
+{
+    Store& in = store();
+    const Id id = make(in, Kind::object, in.scene.objects, name);
+    if (id == in.first_instance.size()) in.first_instance.push_back(no_id);
+    return in.scene.objects[id];
+}
+
+Id make_instance(const char* name)
+{
+    return make_instance_in(store(), name);
+}
+
+Id make_surface(const char* name)
+{
+    Store& in = store();
+    const Id id = make(in, Kind::surface, in.scene.surfaces, name);
+    if (id == in.layer_numbers.size()) in.layer_numbers.emplace_back();
+    return id;
+}
+
+Layer& make_layer(Id surface, const char* name)
+{
+    std::vector<Layer>& layers = store().scene.surfaces[surface].layers;
+    const auto [at, first] = store().layer_numbers[surface].try_emplace(name, static_cast<Id>(layers.size()));
+    if (first) layers.emplace_back().name = name;
+    return layers[at->second];
+}
+
+Texture& make_texture(const char* name)
+{
+    std::deque<Texture>& textures = store().scene.textures;
+    return textures[make(store(), Kind::texture, textures, name)];
+}
+
+Light& make_light(const char* name)
+{
+    std::deque<Light>& lights = store().scene.lights;
+    return lights[make(store(), Kind::light, lights, name)];
+}
+
+Camera& make_camera(const char* name)
+{
+    std::deque<Camera>& cameras = store().scene.cameras;
+    const std::size_t before = cameras.size();
+    const Id id = make(store(), Kind::camera, cameras, name);
+    if (cameras.size() != before) register_camera_channels(id);
+    return cameras[id];
+}
+
+bool expect_name(Kind kind, const char* name, Function function)
+{
+    if (!name) report(4, "ERR_SCENE_UNKNOWN_NAME", function_name(function), {kind_name(kind), ""});
+    return name;
+}
+
+Id find_or_report(Kind kind, const char* name, Function function)
+{
+    const Id id = name ? scene().find(kind, name) : no_id;
+    if (id == no_id) report(4, "ERR_SCENE_UNKNOWN_NAME", function_name(function), {kind_name(kind), name ? name : ""});
+    return id;
+}
+
+namespace {
+
+// Everything of a child list goes under "world".
+void hang_under_world(const ChildList& children)
+{
+    while (children.first != no_id) attach(children.first, Kind::instance, world, "world");
+}
+
+template <class Thing>
+void bury(Kind kind, Id id, Thing& thing)
+{
+    thing.alive = false;
+    store().scene.names[index_of(kind)].erase(thing.name, id);
+}
+
+} // namespace
+
+void remove_thing(Kind kind, Id id, Function function)
+{
+    Store& in = store();
+    switch (kind) {
+    case Kind::none: return;
+    case Kind::object: {
+        Object& object = in.scene.objects[id];
+        hang_under_world(object.children);
+        while (in.first_instance[id] != no_id) set_object(in.first_instance[id], no_id);
+        object.primitives = {};
+        if (in.open_object == id) in.open_object = no_id;
+        bury(kind, id, object);
+        break;
+    }
+    case Kind::instance: {
+        Instance& instance = in.scene.instances[id];
+        if (id == world) {
+            report(4, "ERR_SCENE_FIXED", function_name(function), {instance.name});
+            return;
+        }
+        hang_under_world(instance.children);
+        detach(id);
+        set_object(id, no_id);
+        drop_channels(id);
+        bury(kind, id, instance);
+        break;
+    }
+    case Kind::surface: bury(kind, id, in.scene.surfaces[id]); break;
+    case Kind::texture: bury(kind, id, in.scene.textures[id]); break;
+    case Kind::light:
+        if (id == 0) {
+            report(4, "ERR_SCENE_FIXED", function_name(function), {in.scene.lights[id].name});
+            return;
+        }
+        bury(kind, id, in.scene.lights[id]);
+        break;
+    case Kind::camera:
+        forget_camera_channels(id);
+        bury(kind, id, in.scene.cameras[id]);
+        break;
+    }
+    in.scene.removed[index_of(kind)].push_back(id);
+    touch();
+}
+
+} // namespace tv

@@ -1,0 +1,328 @@
+#include "lib/toolkit/words/trace.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "lib/toolkit/latin1.h"
+#include "lib/toolkit/report.h"
+#include "lib/toolkit/scene/scene_store.h"
+#include "lib/toolkit/words/trace_items.h"
+
+namespace tv {
+
+namespace {
+
+constexpr std::size_t flush_at = std::size_t{1} << 18; // bytes
+
+bool is_open = false; // asked for with every call, so it stands apart from what must be made first
+
+// The open trace. Lines are put together at the end of `text`; what stands before `line` is complete.
+class Trace {
+public:
+    Trace()
+    {
+        const char* const path = std::getenv("TV_TRACE");
+        if (path && *path && !open(path)) report(4, "ERR_TRACE_OPEN_WRITE", "TV_TRACE", {path});
+    }
+    ~Trace() { open(nullptr); }
+    Trace(const Trace&) = delete;
+    Trace& operator=(const Trace&) = delete;
+
+    bool open(const char* path)
+    {
+        flush();
+        if (file_) std::fclose(file_);
+        file_ = path && *path ? std::fopen(path, "wb") : nullptr;
+        is_open = file_;
+        text.clear();
+        line_ = 0;
+        return file_ || !path || !*path;
+    }
+    bool on() const { return file_ && !suspended; }
+    void begin(const char* function)
+    {
+        text.resize(line_); // of a line that was never ended
+        text += "[\"";
+        text += function;
+        text += '"';
+    }
+    void end()
+    {
+        text += "]\n";
+        line_ = text.size();
+        if (line_ >= flush_at) flush();
+    }
+    void flush()
+    {
+        if (file_ && line_) {
+            std::fwrite(text.data(), 1, line_, file_);
+            std::fflush(file_);
+        }
+        text.erase(0, line_);
+        line_ = 0;
+        if (text.capacity() > 16 * flush_at) text.shrink_to_fit();
+    }
+
+    std::string text;
+    int suspended = 0;
+
+private:
+    std::FILE* file_ = nullptr;
+    std::size_t line_ = 0;
+};
+
+Trace& trace()
+{
+    static Trace open_trace;
+    return open_trace;
+}
+
+void add_string_body(std::string& out, const char* text)
+{
+    constexpr char hex[] = "0123456789abcdef";
+    for (; *text; ++text) {
+        const auto byte = static_cast<unsigned char>(*text);
+        switch (byte) {
+        case '"': out += "\\\""; continue;
+        case '\\': out += "\\\\"; continue;
+        case '\n': out += "\\n"; continue;
+        case '\r': out += "\\r"; continue;
+        case '\t': out += "\\t"; continue;
+        default: break;
+        }
+        if (byte < 0x20) {
+            out += "\\u00";
+            out += hex[byte >> 4];
+            out += hex[byte & 15];
+        } else {
+            append_utf8(out, *text);
+        }
+    }
+}
+
+void add_quoted(std::string& out, const char* text)
+{
+    if (!text) {
+        out += "null";
+        return;
+    }
+    out += "\"'";
+    add_string_body(out, text);
+    out += "'\"";
+}
+
+template <class Number>
+void add_integer(std::string& out, Number value)
+{
+    char digits[24];
+    out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+void add_float(std::string& out, float value)
+{
+    if (!std::isfinite(value)) {
+        out += std::isnan(value) ? "\"nan\"" : value > 0 ? "\"inf\"" : "\"-inf\"";
+        return;
+    }
+    char digits[32];
+    value += 0.0f; // a zero has no sign here: the flip of Z would put one on every point of the ground
+    out.append(digits, std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 9).ptr);
+}
+
+template <class T, class Add>
+void add_array(std::string& out, const T* values, std::size_t count, Add add)
+{
+    if (!values) {
+        out += "null";
+        return;
+    }
+    out += '[';
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i) out += ',';
+        add(out, values[i]);
+    }
+    out += ']';
+}
+
+void add_token(std::string& out, int32_t token)
+{
+    if (const char* const word = word_text(token)) {
+        out += '"';
+        add_string_body(out, word);
+        out += '"';
+    } else {
+        add_integer(out, token);
+    }
+}
+
+void add_record(std::string& out, const Tv_Local_Axes& axes)
+{
+    out += "{\"matrix\":";
+    add_array(out, &axes.axes_matrix[0][0], 16, add_float);
+    out += ",\"scale\":";
+    add_float(out, axes.axes_scale);
+    out += ",\"flag_a\":";
+    add_integer(out, axes.axes_flag_a);
+    out += ",\"origin_enabled\":";
+    add_integer(out, axes.origin_enabled);
+    out += ",\"flag_c\":";
+    add_integer(out, axes.axes_flag_c);
+    out += '}';
+}
+
+void add_handle(std::string& out, const void* handle)
+{
+    if (!handle) {
+        out += "null";
+        return;
+    }
+    const Channel* const channel = living_channel(handle);
+    out += "\"<";
+    if (channel) {
+        add_string_body(out, channel_owner_name(*channel));
+        out += ':';
+        add_integer(out, static_cast<int>(channel->slot));
+    }
+    out += ">\"";
+}
+
+void add_item(std::string& out, const Item& item, bool good)
+{
+    const auto floats = [&] { return static_cast<const float*>(item.pointer); };
+    const auto integers = [&] { return static_cast<const int32_t*>(item.pointer); };
+    const bool out_value = item.value >= Value::out_integer;
+    if ((out_value && !good) ||
+        (!item.pointer && (out_value || item.value == Value::string || item.value <= Value::amount) &&
+         item.value > Value::word)) {
+        out += "null"; // what was never written, or never there
+        return;
+    }
+    switch (item.value) {
+    case Value::none: break;
+    case Value::end: out += '0'; break;
+    case Value::close: out += '1'; break;
+    case Value::word:
+    case Value::switch_state:
+    case Value::layer_channel:
+    case Value::projection_model:
+    case Value::space:
+    case Value::channel_kind:
+    case Value::thing_kind: add_token(out, item.number); break;
+    case Value::float_1: add_float(out, *floats()); break;
+    case Value::float_2: add_array(out, floats(), 2, add_float); break;
+    case Value::amount:
+    case Value::float_3:
+    case Value::out_float_3: add_array(out, floats(), 3, add_float); break;
+    case Value::float_4: add_array(out, floats(), 4, add_float); break;
+    case Value::matrix:
+    case Value::out_matrix: add_array(out, floats(), 16, add_float); break;
+    case Value::integer:
+    case Value::out_integer: add_integer(out, *integers()); break;
+    case Value::integer_2: add_array(out, integers(), 2, add_integer<int32_t>); break;
+    case Value::record: add_record(out, *static_cast<const Tv_Local_Axes*>(item.pointer)); break;
+    case Value::out_record: add_record(out, **static_cast<const Tv_Local_Axes* const*>(item.pointer)); break;
+    case Value::sizes:
+    case Value::corners: add_array(out, integers(), item.count, add_integer<int32_t>); break;
+    case Value::points: add_array(out, floats(), item.count, add_float); break;
+    case Value::surface_names:
+        add_array(out, static_cast<const char* const*>(item.pointer), item.count, add_quoted);
+        break;
+    case Value::by_value: add_integer(out, item.number); break;
+    case Value::string: add_quoted(out, static_cast<const char*>(item.pointer)); break;
+    case Value::handle: add_handle(out, item.pointer); break;
+    case Value::out_kind:
+    case Value::out_switch_state:
+    case Value::out_space:
+    case Value::out_projection_model: add_token(out, *integers()); break;
+    case Value::out_string: add_quoted(out, *static_cast<const char* const*>(item.pointer)); break;
+    }
+}
+
+// Opened when the library is loaded: a relative path means the directory that the program was started in.
+[[maybe_unused]] const bool opened_at_load = trace().on();
+
+} // namespace
+
+bool trace_enabled()
+{
+    return is_open && trace().on();
+}
+
+void trace_begin(const char* function)
+{
+    trace().begin(function);
+}
+
+void trace_string(const char* text)
+{
+    trace().text += ',';
+    add_quoted(trace().text, text);
+}
+
+void trace_token(int32_t token)
+{
+    trace().text += ',';
+    add_token(trace().text, token);
+}
+
+void trace_integer(int64_t value)
+{
+    trace().text += ',';
+    add_integer(trace().text, value);
+}
+
+void trace_float(float value)
+{
+    trace().text += ',';
+    add_float(trace().text, value);
+}
+
+void trace_floats(const float* values, std::size_t count)
+{
+    trace().text += ',';
+    add_array(trace().text, values, count, add_float);
+}
+
+void trace_null()
+{
+    trace().text += ",null";
+}
+
+void trace_end()
+{
+    trace().end();
+}
+
+void trace_flush()
+{
+    trace().flush();
+}
+
+void trace_suspend()
+{
+    ++trace().suspended;
+}
+
+void trace_resume()
+{
+    --trace().suspended;
+}
+
+void trace_items(const WordList& list)
+{
+    std::string& text = trace().text;
+    for (std::size_t i = 0; i < list.size; ++i) {
+        text += ',';
+        add_item(text, list.items[i], list.good);
+    }
+}
+
+bool set_trace_file(const char* path)
+{
+    return trace().open(path);
+}
+
+} // namespace tv
