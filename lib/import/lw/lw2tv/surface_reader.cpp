@@ -8,6 +8,7 @@
 #include "lib/import/lw/lw2tv/surface_output.h"
 #include "lib/import/lw/lw2tv/texture_layers.h"
 #include "lib/import/lw/lw2tv/texture_records.h"
+#include "lib/toolkit/units.h"
 #include "lib/toolkit/vc4_tv.h"
 
 // The surface being read. Module-wide, so that a fatal exit leaves nothing that can't be freed.
@@ -15,8 +16,6 @@ static lw_surface_attributes attributes;
 static LW_Texture_Struct* texture_list = nullptr;
 static LW_Texture_Struct* current_texture = nullptr; // the newest, which T... sub-chunks refine
 static char translated_name[256];
-
-static const double degrees_per_radian = 57.29577951308232;
 
 void lw_release_surface_data()
 {
@@ -96,7 +95,7 @@ static void read_reflection_map(std::FILE* fp, int32_t remaining)
 static void read_smoothing_angle(std::FILE* fp)
 {
     get_FLOAT(fp, 1, &attributes.smoothing_angle);
-    attributes.smoothing_angle = static_cast<float>(attributes.smoothing_angle * degrees_per_radian);
+    attributes.smoothing_angle = static_cast<float>(attributes.smoothing_angle * tv::degrees_per_radian);
     lw_debug_printf("\t\tSmoothing angle = %g (degrees)\n", static_cast<double>(attributes.smoothing_angle));
 }
 

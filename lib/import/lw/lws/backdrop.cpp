@@ -7,6 +7,7 @@
 #include "lib/import/lw/lws/scene_parameters.h"
 #include "lib/import/lw/lws/tokenizer.h"
 #include "lib/services/import_io.h"
+#include "lib/toolkit/units.h"
 #include "lib/toolkit/vc4_tv.h"
 
 static constexpr const char* background_texture = "TAVRIN___BG_TEXTURE_NAME";
@@ -42,7 +43,7 @@ int16_t lw_read_background_image()
 static int32_t time_of_frame(int32_t frame)
 {
     const double number = static_cast<double>(static_cast<float>(frame));
-    return lws_truncate_to_int32(number / static_cast<double>(scn->frames_per_second) * 4800.0);
+    return lws_truncate_to_int32(number / static_cast<double>(scn->frames_per_second) * tv::time_units_per_second);
 }
 
 void lw_update_time_line()

@@ -6,19 +6,20 @@
 #include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lws/scene_numbers.h"
 #include "lib/services/import_io.h"
+#include "lib/toolkit/units.h"
 #include "lib/toolkit/vc4_tv.h"
 
 static constexpr int axis_x = 0, axis_y = 1, axis_z = 2;
 
 int32_t lw_key_time(const lw_motion_key* key)
 {
-    const float units = static_cast<float>(key->frame * 4800);
+    const float units = static_cast<float>(key->frame * tv::time_units_per_second);
     return lws_truncate_to_int32(static_cast<double>(units) / static_cast<double>(scn->frames_per_second));
 }
 
 float lw_radians(float degrees)
 {
-    return static_cast<float>(static_cast<double>(degrees) * 3.141592653589793 / 180.0);
+    return static_cast<float>(static_cast<double>(degrees) * tv::pi / 180.0);
 }
 
 void lw_turn_matrix(int a, int b, float angle, float out[4][4])
