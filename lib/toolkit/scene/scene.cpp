@@ -65,6 +65,11 @@ const Scene& scene()
     return store().scene;
 }
 
+Scene& scene_to_restore()
+{
+    return store().scene;
+}
+
 void clear_scene()
 {
     trace_flush();

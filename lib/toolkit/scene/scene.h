@@ -57,6 +57,9 @@ struct Object {
     std::optional<float> smoothing_angle; // degrees; set by "calcnormals": vertex normals up to this angle
     ChildList children;                   // instances that show in every instance of this object
     uint32_t instance_count = 0;          // living instances of it
+    std::string shown_name;               // restored: the name in outputs, Latin-1; empty: `name`
+    // Restored: where the points of each primitive go in full morph, as many numbers as its `positions`. Empty: no target.
+    std::vector<std::vector<float>> morph_target;
 };
 
 // ---- animation -----------------------------------------------------------------------------------------------------
@@ -68,6 +71,7 @@ struct Key {
     float value = 0, tension = 0, continuity = 0, bias = 0, ease_from = 0, ease_to = 0;
     std::array<float, 4> quaternion{}; // only where "quatvalue" was given
     uint32_t id = 0;                   // 1, 2, 3 ... in the order of making in the whole scene
+    bool linear = false;               // restored: reached from the key before it on a straight line
 };
 
 // One animated number. `keys` stand in the order of making; sorted_keys() of animation.h is what a reader wants.
@@ -94,6 +98,36 @@ struct CameraChannels {
     uint64_t number = 0; // in their handles; the toolkit's own
 };
 
+// ---- what a host puts back ------------------------------------------------------------------------------------------
+//
+// Fields that bear "restored" in their comment are written by the host after an import and read by exporters. The calls
+// of vc4_tv.h neither set nor read them; a thing is made without them, and without them everything is as the calls left
+// it. Coordinates, angles and times are the toolkit's, as in the channels beside them.
+
+// A number that may change. Without keys it is `rest` at all times.
+struct Curve {
+    double rest = 0;
+    Channel channel;
+    bool moves() const { return !channel.keys.empty(); }
+};
+
+// A light's or camera's own motion below a parent, as an instance has it: it looks along its own -Z. A camera or light
+// with a rig is placed by it, and the fields that say where it shines or looks have no say.
+struct Rig {
+    InstanceChannels channels; // without keys: `position` and `rotation` below
+    Vec3 position{0, 0, 0};
+    Vec3 rotation{0, 0, 0}; // Euler angles about X, Y, Z, radians; order 8: Z first, then X, then Y
+    Vec3 pivot{0, 0, 0};    // the point that it turns about, in its own coordinates
+    Id parent = no_id;      // instance; no_id: the world
+    Id target = no_id;      // instance whose pivot it looks at, at all times; its own rotation about Z stays
+};
+
+// Numbers that no field has a place for, for the extras of a file.
+struct Extra {
+    std::string name; // ASCII
+    std::vector<double> values;
+};
+
 // ---- instances -----------------------------------------------------------------------------------------------------
 
 enum class ProjectionModel : uint8_t { orthographic, spherical, cylindrical, box };
@@ -118,6 +152,15 @@ struct Instance {
     Tv_Local_Axes axes;
     TextureProjection projection;
     std::unique_ptr<InstanceChannels> channels; // null: no animation
+
+    // Restored:
+    std::string shown_name;  // the name in outputs, Latin-1; empty: `name`
+    std::string stored_path; // as the file has it, Latin-1; empty: none
+    Id target = no_id;       // instance whose pivot this one looks at along its own +Z of the file (-Z here)
+    Curve dissolve;          // 0 solid to 1 not there
+    bool unseen = false;     // isn't drawn, but its children and its shadows are
+    Curve morph;             // weight of the object's morph target, 1 for all the way
+    std::vector<Extra> extras;
 };
 
 // ---- surfaces and textures -----------------------------------------------------------------------------------------
@@ -172,6 +215,7 @@ struct Surface {
     float environment_reflect = 0, environment_yaxis = 0; // yaxis as given by the file, no unit fixed
     Id environment = no_id;                               // texture
     std::vector<Layer> layers;                            // in the order of making
+    bool double_sided = false;                            // restored
 };
 
 enum class TextureKind : uint8_t { none, image, procedural };
@@ -203,6 +247,14 @@ struct Light {
     bool shadow_map = false;
     int32_t shadow_map_size = 0; // 0: the global value
     bool decay = false;
+
+    // Restored:
+    std::string shown_name;                                          // the name in outputs, Latin-1; empty: `name`
+    std::optional<Rig> rig;                                          // its own motion, parent and target
+    std::optional<Curve> intensity_curve, cutoff_curve, delta_curve; // instead of the fields above
+    std::optional<std::array<Curve, 3>> color_curve;                 // red, green, blue
+    std::optional<double> range;                                     // distance at which its strength has fallen to 0
+    std::vector<Extra> extras;
 };
 
 struct Camera {
@@ -214,6 +266,10 @@ struct Camera {
     Vec3 look_from{0, 0, 0}, look_at{0, 0, -1}, look_up{0, 1, 0};
     std::array<float, 2> window{10, 10}; // width and height of the picture at the focal length
     CameraChannels channels;
+
+    // Restored:
+    std::optional<Rig> rig;    // instead of the path of look-from and look-at points, and of roll
+    std::optional<Curve> zoom; // half the picture's height at distance 1 is 1 / zoom; instead of `window`
 };
 
 enum class BackdropScheme : uint8_t { none, color, gradient, surface };
@@ -231,6 +287,17 @@ struct TimeLine {
     int32_t length = 0, start = 0, end = 0, current = 0, frame_pause = 0, frame_step = 1, frame_rate = 30;
 };
 
+// Restored: the stretch of time that a file lasts, in frames from frame 0, which lies at toolkit time 0.
+struct Clip {
+    double first_frame = 0, last_frame = 0, rate = 30; // frames a second
+};
+
+// Restored: light from everywhere. A surface sends intensity * color * its diffuse coefficient * its own colour.
+struct Ambient {
+    Vec3 color{1, 1, 1};
+    double intensity = 0;
+};
+
 // ---- the scene -----------------------------------------------------------------------------------------------------
 
 struct Scene {
@@ -243,6 +310,9 @@ struct Scene {
     Backdrop backdrop;
     TimeLine time_line;
     std::array<int32_t, 2> resolution{0, 0}; // 0: none given
+    std::optional<Clip> clip;                // restored
+    std::optional<Ambient> ambient;          // restored
+    std::vector<Extra> extras;               // restored
 
     // The number of the living thing of this name, or no_id. Constant time.
     TV_API Id find(Kind kind, std::string_view name) const;
@@ -259,6 +329,8 @@ struct Scene {
 };
 
 TV_API const Scene& scene();
+// The same, for a host that puts things back after an import. Names, numbers of things and the tree aren't its to change.
+TV_API Scene& scene_to_restore();
 
 // Back to the empty scene: "world", "defaultambient", the time line's start values, no names noted. Channel handles and
 // numbers of things are void.
