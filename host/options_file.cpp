@@ -8,8 +8,8 @@
 #include <fstream>
 #include <map>
 
-#include "export/gltf/file/atomic_file.h"
 #include "host/failure.h"
+#include "lib/platform/atomic_file.h"
 #include "lib/platform/files.h"
 #include "lib/platform/places.h"
 
@@ -142,7 +142,7 @@ void set_options_file_value(std::string_view key, std::string value)
     const std::string path = options_file_path();
     try {
         fs::create_directories(fs::path(path).parent_path());
-        gltf::AtomicFile file(path);
+        platform::AtomicFile file(path);
         file.write(text.data(), text.size());
         file.commit();
     } catch (const std::exception& error) {

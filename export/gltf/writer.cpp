@@ -4,12 +4,12 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "export/gltf/file/atomic_file.h"
 #include "export/gltf/file/output.h"
 #include "export/gltf/scene/backdrop.h"
 #include "export/gltf/scene/camera.h"
 #include "export/gltf/scene/lights.h"
 #include "export/gltf/scene/nodes.h"
+#include "lib/platform/atomic_file.h"
 
 namespace gltf {
 
@@ -74,7 +74,7 @@ Report write_scene(const tv::Scene& scene, const std::filesystem::path& out, con
     const std::string ending = lower_case(out.extension().string());
     if (ending == ".json") {
         const std::string text = dump_scene(scene);
-        AtomicFile file(out);
+        platform::AtomicFile file(out);
         file.write(text.data(), text.size());
         file.commit();
         return report;
@@ -86,7 +86,7 @@ Report write_scene(const tv::Scene& scene, const std::filesystem::path& out, con
         Tables tables;
         make_tables(scene, options, tables, report);
         if (ending == ".glb") {
-            AtomicFile file(out);
+            platform::AtomicFile file(out);
             write_glb(tables, [&](const void* bytes, std::size_t size) { file.write(bytes, size); });
             file.commit();
         } else {

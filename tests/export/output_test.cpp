@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "export/gltf/file/atomic_file.h"
+#include "lib/platform/atomic_file.h"
 #include "tests/export/scene_builder.h"
 
 namespace fs = std::filesystem;

@@ -5,8 +5,8 @@
 #include <set>
 #include <stdexcept>
 
-#include "export/gltf/file/atomic_file.h"
 #include "export/gltf/file/gltf_json.h"
+#include "lib/platform/atomic_file.h"
 
 namespace gltf {
 
@@ -146,12 +146,12 @@ void write_gltf_files(const Tables& tables, const std::filesystem::path& out)
     const std::string stem = out.stem().string();
     JsonTarget target;
     target.lines = true;
-    std::deque<AtomicFile> files;
+    std::deque<platform::AtomicFile> files;
 
     const std::string data_name = stem + ".bin";
     target.buffer_uri = percent_encoded(data_name);
     if (data_size(tables, false) != 0) {
-        AtomicFile& file = files.emplace_back(folder / data_name);
+        platform::AtomicFile& file = files.emplace_back(folder / data_name);
         tables.buffer.write(false, [&](const void* bytes, std::size_t size) { file.write(bytes, size); });
     }
     std::set<std::string> taken;
@@ -162,8 +162,8 @@ void write_gltf_files(const Tables& tables, const std::filesystem::path& out)
     }
     const std::string json = gltf_json(tables, target);
     files.emplace_back(out).write(json.data(), json.size());
-    for (AtomicFile& file : files) file.close();
-    for (AtomicFile& file : files) file.commit(); // the one that names the others comes last
+    for (platform::AtomicFile& file : files) file.close();
+    for (platform::AtomicFile& file : files) file.commit(); // the one that names the others comes last
 }
 
 } // namespace gltf

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-namespace gltf {
+namespace platform {
 
 class AtomicFile {
 public:
@@ -27,4 +27,4 @@ private:
     bool committed_ = false;
 };
 
-} // namespace gltf
+} // namespace platform

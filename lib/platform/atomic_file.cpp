@@ -1,11 +1,11 @@
-#include "export/gltf/file/atomic_file.h"
+#include "lib/platform/atomic_file.h"
 
 #include <cerrno>
 #include <random>
 #include <stdexcept>
 #include <system_error>
 
-namespace gltf {
+namespace platform {
 
 namespace fs = std::filesystem;
 
@@ -88,4 +88,4 @@ void AtomicFile::commit()
     committed_ = true;
 }
 
-} // namespace gltf
+} // namespace platform
