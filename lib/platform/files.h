@@ -7,7 +7,9 @@
 //
 // None of these throws.
 #pragma once
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -35,6 +37,17 @@ PLATFORM_API std::string resolve(std::string_view path);
 
 PLATFORM_API bool is_directory(std::string_view path); // of a system path as resolve() gives it
 PLATFORM_API bool is_file(std::string_view path);      // a regular file (or a pipe or device that can be read)
+
+// How many bytes an open file holds; INT32_MAX where it is more, -1 where the system can't tell (a pipe). The file
+// stands where it stood.
+inline int32_t file_length(std::FILE* file)
+{
+    const long position = std::ftell(file);
+    std::fseek(file, 0, SEEK_END);
+    const long end = std::ftell(file);
+    std::fseek(file, position, SEEK_SET);
+    return static_cast<int32_t>(std::min<long>(end, INT32_MAX));
+}
 
 // 0 when made, else errno's value. One level.
 PLATFORM_API int make_directory(const char* path);

@@ -12,6 +12,7 @@
 #include "lib/import/lw/lw2tv/polygons.h"
 #include "lib/import/lw/lw2tv/surface_reader.h"
 #include "lib/import/lw/lw2tv/surface_split.h"
+#include "lib/platform/files.h"
 #include "lib/toolkit/vc4_tv.h"
 
 int32_t total_file_length = 0;
@@ -364,19 +365,11 @@ static void build_object(char* instance_name_out, char* object_name_out, const c
                    object.num_surfaces > 1 ? object.poly_surface : nullptr, add_to_imported_list);
 }
 
-static void measure_file(std::FILE* fp)
-{
-    const long position = std::ftell(fp);
-    std::fseek(fp, 0, SEEK_END);
-    total_file_length = static_cast<int32_t>(std::min<long>(std::ftell(fp), INT32_MAX));
-    std::fseek(fp, position, SEEK_SET);
-}
-
 int16_t read_LWOB(std::FILE* fp, char* filename, int16_t read_form_id, char* instance_name_out, char* object_name_out,
                   const char* parent_name, int16_t add_to_imported_list)
 {
     if (!fp) return 1;
-    measure_file(fp);
+    total_file_length = platform::file_length(fp);
     Import_IO_String_To_Lower(filename, filename);
     object.last_surface_number = -1;
     Import_IO_ExtractBaseFileName(filename, object.base_name);

@@ -13,6 +13,7 @@
 #include "lib/import/lw/lws/scene_parameters.h"
 #include "lib/import/lw/lws/tokenizer.h"
 #include "lib/import/lw/lws/transforms.h"
+#include "lib/platform/files.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
@@ -21,14 +22,6 @@ static constexpr int16_t passes_a_poll = 10;
 
 static int32_t file_size = 0; // bytes
 static lw_motion_block stray_envelope = {};
-
-static void measure_file(std::FILE* fp)
-{
-    const long position = std::ftell(fp);
-    std::fseek(fp, 0, SEEK_END);
-    file_size = static_cast<int32_t>(std::ftell(fp));
-    std::fseek(fp, position, SEEK_SET);
-}
 
 static char* allocate(std::size_t size, const char* message)
 {
@@ -184,7 +177,7 @@ static void close_scene()
 
 static int16_t read_scene(const char* file_name)
 {
-    measure_file(lws_fp);
+    file_size = platform::file_length(lws_fp);
     if (!make_buffers()) return 0;
     curr_buf_ptr = input_line_buffer;
     LWS_Buffered_fgets(input_line_buffer, lws_line_size, lws_fp);
