@@ -13,7 +13,9 @@
 #include "host/plugin_loader.h"
 #include "host/progress.h"
 #include "host/search_path.h"
+#include "lib/import/lw/base/object_extensions.h"
 #include "lib/platform/files.h"
+#include "lib/platform/text.h"
 #include "lib/services/host.h"
 #include "lib/toolkit/latin1.h"
 #include "lib/toolkit/scene/scene.h"
@@ -135,7 +137,7 @@ public:
 private:
     void opened(std::string_view path, std::string_view place) noexcept
     {
-        if (path.find_first_of("/\\") == std::string_view::npos) {
+        if (std::none_of(path.begin(), path.end(), platform::is_separator)) {
             std::size_t at = next_;
             while (at < objects_.size() && !is_called(objects_[at].reference.stored, path)) ++at;
             if (at < objects_.size()) {
@@ -208,7 +210,7 @@ std::string shown_path(const fs::path& path)
 
 static std::string_view without_object_extension(std::string_view place)
 {
-    for (const std::string_view extension : {".lwo", ".lw", ".lwob"})
+    for (const std::string_view extension : lw_object_extensions)
         if (place.ends_with(extension)) return place.substr(0, place.size() - extension.size());
     return place;
 }
@@ -261,10 +263,7 @@ static std::vector<Word> conversion_words(const ImportOptions& options, const st
 
 static std::string key_of(const Reference& reference)
 {
-    std::string key(last_element(reference.stored));
-    for (char& c : key)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return key;
+    return platform::lower_case(platform::last_element(reference.stored));
 }
 
 // A file named again isn't looked for again: it is where it was found the first time.
@@ -328,7 +327,7 @@ void locate_images(ImportRun& run)
     std::unordered_map<std::string, gltf::ImagePlace> known;
     for (FileReference& image : run.images) {
         // By the name that the scene has for it, which may bear another extension.
-        std::string name(last_element(image.reference.stored));
+        std::string name(platform::last_element(image.reference.stored));
         for (const tv::Texture& texture : tv::scene().textures)
             if (texture.kind == tv::TextureKind::image && is_called(image.reference.stored, texture.file_name)) {
                 name = texture.file_name;

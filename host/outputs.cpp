@@ -1,12 +1,13 @@
 #include "host/outputs.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 
 #include "host/failure.h"
 #include "host/import_run.h"
 #include "host/references.h"
+#include "lib/import/lw/base/object_extensions.h"
+#include "lib/platform/text.h"
 
 namespace host {
 
@@ -14,10 +15,7 @@ namespace fs = std::filesystem;
 
 static std::string lower_extension(const fs::path& path)
 {
-    std::string extension = path.extension().string();
-    for (char& c : extension)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return extension;
+    return platform::lower_case(path.extension().string());
 }
 
 std::string format_of(const fs::path& path)
@@ -45,8 +43,10 @@ static std::vector<fs::path> files_below(const fs::path& directory)
 // "ship" of ship.lwo; what isn't an ending of ours belongs to the name: "gate.v2".
 static std::string stem_of(const fs::path& input)
 {
-    static constexpr std::array<std::string_view, 5> endings = {".lwo", ".lws", ".lw", ".lwob", ".scn"};
-    const bool ours = std::find(endings.begin(), endings.end(), lower_extension(input)) != endings.end();
+    const auto is_one_of = [extension = lower_extension(input)](const auto& endings) {
+        return std::find(endings.begin(), endings.end(), extension) != endings.end();
+    };
+    const bool ours = is_one_of(lw_object_extensions) || is_one_of(lw_scene_extensions);
     return ours ? input.stem().string() : input.filename().string();
 }
 

@@ -1,12 +1,13 @@
 #include "host/references.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+
+#include "lib/platform/text.h"
 
 namespace host {
 
@@ -32,16 +33,6 @@ static std::string read_front(const fs::path& path, std::size_t most)
         want = bytes.size();
     }
     return bytes;
-}
-
-static char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-static bool same_letters(std::string_view a, std::string_view b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
 }
 
 static uint32_t be32(std::string_view bytes)
@@ -113,7 +104,7 @@ std::vector<Reference> scan_scene(const fs::path& file)
             if (!path.empty()) found.push_back({ReferenceKind::object, std::string(path), "", scene.line()});
         } else if (word == "BGImage") {
             const std::string_view path = scene.token().substr(0, 255);
-            if (!path.empty() && !same_letters(path, "(none)"))
+            if (!path.empty() && !platform::equal_in_any_case(path, "(none)"))
                 found.push_back({ReferenceKind::image, std::string(path), "", scene.line()});
         }
     }
@@ -137,7 +128,7 @@ static void scan_surface(std::string_view body, std::vector<Reference>& found)
         at += 6;
         const std::size_t size = std::min(claimed, body.size() - at);
         const std::string_view path = c_string(body.substr(at, size));
-        if ((id == "TIMG" || id == "RIMG") && !path.empty() && !same_letters(path, "(none)"))
+        if ((id == "TIMG" || id == "RIMG") && !path.empty() && !platform::equal_in_any_case(path, "(none)"))
             found.push_back({ReferenceKind::image, std::string(path), std::string(name), 0});
         at = std::min(body.size(), at + size + (size & 1));
     }
@@ -214,19 +205,14 @@ FileHead read_head(const fs::path& file)
     return head;
 }
 
-std::string_view last_element(std::string_view stored)
-{
-    const std::size_t cut = stored.find_last_of("/\\:");
-    return cut == std::string_view::npos ? stored : stored.substr(cut + 1);
-}
-
 bool is_called(std::string_view stored, std::string_view name)
 {
-    const std::string_view last = last_element(stored);
-    if (same_letters(last, name)) return true;
+    const std::string_view last = platform::last_element(stored);
+    if (platform::equal_in_any_case(last, name)) return true;
     if (last.size() != name.size() || last.size() < 4) return false;
     const std::size_t stem = last.size() - 4;
-    return last[stem] == '.' && name.substr(stem) == ".iff" && same_letters(last.substr(0, stem), name.substr(0, stem));
+    return last[stem] == '.' && name.substr(stem) == ".iff" &&
+           platform::equal_in_any_case(last.substr(0, stem), name.substr(0, stem));
 }
 
 } // namespace host

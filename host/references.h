@@ -38,9 +38,6 @@ struct Reference {
 std::vector<Reference> scan_scene(const std::filesystem::path& file);
 std::vector<Reference> scan_object(const std::filesystem::path& file);
 
-// The text behind the last slash, backslash or colon.
-std::string_view last_element(std::string_view stored);
-
 // True when the plug-in calls the file of this stored path by `name`: the last element in lower case, its extension
 // perhaps turned into ".iff".
 bool is_called(std::string_view stored, std::string_view name);

@@ -7,7 +7,9 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "lib/import/lw/base/object_extensions.h"
 #include "lib/platform/files.h"
+#include "lib/platform/text.h"
 
 namespace host {
 
@@ -19,7 +21,8 @@ static std::vector<std::string_view> elements_of(std::string_view stored)
     stored.remove_prefix(std::min(stored.size(), stored.rfind(':') + 1)); // npos + 1 is 0
     std::vector<std::string_view> elements;
     while (!stored.empty()) {
-        const std::size_t end = std::min(stored.find_first_of("/\\"), stored.size());
+        const auto end = static_cast<std::size_t>(std::find_if(stored.begin(), stored.end(), platform::is_separator) -
+                                                  stored.begin());
         const std::string_view element = stored.substr(0, end);
         if (!element.empty() && element != ".") elements.push_back(element);
         stored.remove_prefix(std::min(end + 1, stored.size()));
@@ -34,16 +37,6 @@ std::string joined(const std::string& directory, std::string_view name)
     return path.append(name);
 }
 
-static std::string lower_case(std::string_view text)
-{
-    std::string out(text);
-    for (char& c : out)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return out;
-}
-
-static constexpr std::array<std::string_view, 3> object_extensions = {".lwo", ".lw", ".lwob"};
-
 static std::string resolve_file(const std::string& path, ReferenceKind kind)
 {
     const auto file = [](const std::string& candidate) {
@@ -52,11 +45,10 @@ static std::string resolve_file(const std::string& path, ReferenceKind kind)
     };
     std::string found = file(path);
     if (!found.empty() || kind != ReferenceKind::object) return found;
-    const std::string lower = lower_case(path);
-    for (const std::string_view extension : object_extensions)
-        if (lower.ends_with(extension)) return file(path.substr(0, path.size() - extension.size()));
-    if (last_element(path).find('.') != std::string_view::npos) return {};
-    for (const std::string_view extension : object_extensions)
+    for (const std::string_view extension : lw_object_extensions)
+        if (platform::ends_in_any_case(path, extension)) return file(path.substr(0, path.size() - extension.size()));
+    if (platform::last_element(path).find('.') != std::string_view::npos) return {};
+    for (const std::string_view extension : lw_object_extensions)
         if (found = file(path + std::string(extension)); !found.empty()) break;
     return found;
 }
@@ -99,7 +91,7 @@ static std::size_t score(const std::string& directory, const Reference& referenc
 static std::string usual_content_directory(const std::string& start)
 {
     for (fs::path at = start; at.has_relative_path(); at = at.parent_path()) {
-        const std::string name = lower_case(at.filename().string());
+        const std::string name = platform::lower_case(at.filename().string());
         if (name == "scenes" || name == "objects") return at.parent_path().string();
     }
     return start;
@@ -111,7 +103,7 @@ ContentDirectory find_content_directory(const std::string& start, const std::vec
     std::unordered_set<std::string> seen;
     for (const Reference& reference : references) {
         if (distinct.size() == max_references_tried) break;
-        if (seen.insert(lower_case(reference.stored)).second) distinct.push_back(&reference);
+        if (seen.insert(platform::lower_case(reference.stored)).second) distinct.push_back(&reference);
     }
     ContentDirectory best{usual_content_directory(start), false};
     std::size_t best_score = 0;
@@ -137,7 +129,7 @@ static std::vector<std::string> usual_directories(const std::string& directory)
     std::vector<std::string> found;
     for (const std::string_view name : usual) {
         for (const std::string& entry : platform::list_directory(directory)) {
-            if (lower_case(entry) != name) continue;
+            if (platform::lower_case(entry) != name) continue;
             const std::string path = platform::resolve(joined(directory, entry));
             if (path.empty() || !platform::is_directory(path)) continue;
             found.push_back(path);

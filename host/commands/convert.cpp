@@ -44,7 +44,7 @@ static CommandLine convert_line(ConvertOptions& options, std::vector<std::string
     CommandLine line("  lwimport [convert] IN… [-o OUT.glb|OUT.gltf|OUT.json|DIR/|-]\n",
                      "Converts Lightwave objects (LWOB) and scenes (LWSC) to glTF 2.0. OUT defaults to IN with .glb.",
                      {"lwimport harbour.lws", "writes harbour.glb, with everything inside",
-                      "lwimport harbour.lws --content-dir /archive/newtek -o out/harbour.gltf",
+                      "lwimport harbour.lws --content-dir /archive/content -o out/harbour.gltf",
                       "says where stored paths begin, and writes JSON with its files beside it",
                       "lwimport -r archive/ -o converted/",
                       "every scene and object in a directory, and on after a failure"});

@@ -93,7 +93,7 @@ int find_command(Arguments arguments)
                      "Lists the objects and images that a scene or object names: the path as stored, and where it is "
                      "found,\nor every place where it was looked for.",
                      {"lwimport find harbour.lws", "what is missing, and where it could be put",
-                      "lwimport find harbour.lws --content-dir /archive/newtek --json", "the same for programs"});
+                      "lwimport find harbour.lws --content-dir /archive/content --json", "the same for programs"});
     const std::optional<Inspection> inspection = inspect(line, arguments);
     if (!inspection) return status_done;
     const ImportRun& run = inspection->run;

@@ -92,7 +92,7 @@ int options_command(Arguments arguments)
         "Keeps the plug-in's options in its own options file. Options given to a conversion come first.\nWithout a "
         "word the Options dialog opens in the terminal, and with about the About box.",
         {"lwimport options", "all options in one dialog", "lwimport options list", "all keys with their values",
-         "lwimport options set newtek_root_directory /archive/newtek", "where objects and images lie",
+         "lwimport options set newtek_root_directory /archive/content", "where objects and images lie",
          "lwimport options reset", "back to the standard values"});
     line.inputs("word", words, 0, 3);
     if (!line.parse(arguments)) return status_done;
