@@ -15,9 +15,9 @@
 #include "host/search_path.h"
 #include "lib/import/lw/base/object_extensions.h"
 #include "lib/platform/files.h"
+#include "lib/platform/latin1.h"
 #include "lib/platform/text.h"
 #include "lib/services/host.h"
-#include "lib/toolkit/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
@@ -90,7 +90,7 @@ public:
     {
         ++(level <= 3 ? warnings : errors);
         while (!latin1.empty() && latin1.back() == '\n') latin1.remove_suffix(1);
-        const std::string text = tv::latin1_to_utf8(latin1);
+        const std::string text = platform::latin1_to_utf8(latin1);
         if (const auto known = counts_.find(text); known != counts_.end()) {
             ++known->second;
         } else if (counts_.size() < max_messages) {
@@ -147,7 +147,7 @@ private:
             }
         }
         if (!current_ || !current_->found.empty()) return;
-        note(place.empty() ? tv::shown_name(path) : std::string(place));
+        note(place.empty() ? platform::shown_name(path) : std::string(place));
         if (!place.empty()) current_->found = absolute(place);
     }
 
@@ -205,7 +205,7 @@ private:
 
 std::string shown_path(const fs::path& path)
 {
-    return tv::shown_name(path.string());
+    return platform::shown_name(path.string());
 }
 
 static std::string_view without_object_extension(std::string_view place)
@@ -257,7 +257,7 @@ static std::vector<Word> conversion_words(const ImportOptions& options, const st
     if (options.debug_info) number("output_debug_info", 1);
     if (options.smoothing_angle) words.push_back({"smoothing_angle", std::to_string(*options.smoothing_angle), {}});
     words.push_back({"newtek_root_directory", root, {}});
-    words.push_back({"filename", tv::utf8_to_latin1(input.filename().string()), {}});
+    words.push_back({"filename", platform::utf8_to_latin1(input.filename().string()), {}});
     return words;
 }
 
@@ -297,7 +297,7 @@ static void tell_missing_objects(const ImportRun& run)
         if (!object.reached || !object.found.empty()) continue;
         std::size_t& count = times[key_of(object.reference)];
         if (count == 0) continue; // told already
-        std::string text = object.asked_by + ": missing object " + tv::latin1_to_utf8(object.reference.stored) +
+        std::string text = object.asked_by + ": missing object " + platform::latin1_to_utf8(object.reference.stored) +
                            ", a null object takes its place";
         if (count > 1) text += " (named " + grouped(count) + " times)";
         say(Level::warning, text + "\n" + places_text(object.tried, 24));
@@ -311,7 +311,7 @@ static void collect_images(ImportRun& run, const fs::path& input, const std::vec
         if (run.images.size() >= max_references) return;
         std::string asked_by = shown_path(file.filename());
         asked_by += reference.line > 0 ? ", line " + std::to_string(reference.line)
-                                       : ", surface " + tv::latin1_to_utf8(reference.surface);
+                                       : ", surface " + platform::latin1_to_utf8(reference.surface);
         run.images.push_back({reference, asked_by, "", {}, true});
     };
     for (const Reference& reference : references)

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "lib/platform/console.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace host {
 
@@ -58,7 +58,7 @@ void say(Level level, std::string_view text)
 
 void print_latin1(std::string_view text)
 {
-    put(without_controls(tv::latin1_to_utf8(text)));
+    put(without_controls(platform::latin1_to_utf8(text)));
 }
 
 void set_quiet(bool now)

@@ -4,7 +4,7 @@
 
 #include "export/gltf/file/gltf_json.h"
 #include "export/gltf/writer.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 
@@ -12,7 +12,7 @@ namespace {
 
 Json text(const std::string& latin1)
 {
-    return tv::latin1_to_utf8(latin1);
+    return platform::latin1_to_utf8(latin1);
 }
 
 Json number(float value)

@@ -8,8 +8,8 @@
 #include "host/failure.h"
 #include "host/messages.h"
 #include "host/plugin_loader.h"
+#include "lib/platform/latin1.h"
 #include "lib/services/host.h"
-#include "lib/toolkit/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
@@ -58,11 +58,11 @@ int call_command(Arguments arguments)
     if (!trace.empty() && !tv::set_trace_file(trace.c_str()))
         throw Failure("cannot write the trace " + trace + ": " + std::strerror(errno));
     services::Host host;
-    host.report = [](int32_t level, std::string_view text) { say(level_of(level), tv::latin1_to_utf8(text)); };
+    host.report = [](int32_t level, std::string_view text) { say(level_of(level), platform::latin1_to_utf8(text)); };
     host.print = print_latin1;
     services::set_host(std::move(host));
-    tv::set_report_sink([](void*, int32_t level, const char* text) { say(level_of(level), tv::latin1_to_utf8(text)); },
-                        nullptr);
+    tv::set_report_sink(
+        [](void*, int32_t level, const char* text) { say(level_of(level), platform::latin1_to_utf8(text)); }, nullptr);
 
     if (!plugin_directory.empty()) call_plugin({{"initialize", plugin_directory, {}}});
     const int32_t result = call_plugin(std::move(words));

@@ -15,7 +15,7 @@
 #include "host/outputs.h"
 #include "host/progress.h"
 #include "lib/platform/console.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
@@ -100,7 +100,7 @@ static void tell_missing_images(const gltf::Report& report, const ImportRun& run
                                     image.unreadable);
         else
             say(Level::warning,
-                head + "missing image " + tv::latin1_to_utf8(stored) + "\n" + places_text(image.tried, 24));
+                head + "missing image " + platform::latin1_to_utf8(stored) + "\n" + places_text(image.tried, 24));
     }
 }
 

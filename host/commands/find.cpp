@@ -9,7 +9,7 @@
 #include "host/commands/inspection.h"
 #include "host/import_run.h"
 #include "host/progress.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace host {
 
@@ -52,7 +52,7 @@ static void print_text(const ImportRun& run, const std::vector<Entry>& entries)
     for (const Entry& entry : entries) {
         const FileReference& file = *entry.file;
         std::string text =
-            file.asked_by + ": " + kind_name(file.reference) + " " + tv::latin1_to_utf8(file.reference.stored);
+            file.asked_by + ": " + kind_name(file.reference) + " " + platform::latin1_to_utf8(file.reference.stored);
         if (entry.times > 1) text += " (named " + grouped(entry.times) + " times)";
         if (!file.reached)
             text += "\n  not looked for: reading ended before";
@@ -74,7 +74,7 @@ static void print_json(const std::string& input, const ImportRun& run, const std
         Json tried = Json::array();
         for (const std::string& place : file.tried) tried.push_back(shown_path(place));
         list.push_back({{"kind", kind_name(file.reference)},
-                        {"stored", tv::latin1_to_utf8(file.reference.stored)},
+                        {"stored", platform::latin1_to_utf8(file.reference.stored)},
                         {"asked_by", file.asked_by},
                         {"times", entry.times},
                         {"looked_for", file.reached},

@@ -9,7 +9,7 @@
 #include "host/commands/inspection.h"
 #include "host/import_run.h"
 #include "host/progress.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
@@ -20,7 +20,7 @@ static constexpr double time_units = 4800; // a second
 
 static std::string utf8(const std::string& name)
 {
-    return tv::latin1_to_utf8(name);
+    return platform::latin1_to_utf8(name);
 }
 
 // A number for JSON: what isn't finite has no place there.

@@ -10,7 +10,7 @@
 #include "host/options_file.h"
 #include "host/plugin_loader.h"
 #include "lib/platform/dialog_obstacle.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
@@ -52,7 +52,7 @@ static bool tell(const std::vector<std::pair<int32_t, std::string>>& messages)
     bool failed = false;
     for (const auto& [level, text] : messages) {
         failed = failed || level > 3;
-        say(level > 3 ? Level::error : Level::warning, tv::latin1_to_utf8(text));
+        say(level > 3 ? Level::error : Level::warning, platform::latin1_to_utf8(text));
     }
     return failed;
 }

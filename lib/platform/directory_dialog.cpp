@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "lib/platform/dialog_text.h"
 #include "lib/platform/dialog_window.h"
+#include "lib/platform/latin1.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ std::string current_directory()
 std::vector<std::string> fill(Platform_Window& window)
 {
     const std::string here = current_directory();
-    if (Platform_Window::Control* const path = window.find(path_edit)) path->text = platform::dialog_text(here);
+    if (Platform_Window::Control* const path = window.find(path_edit)) path->text = platform::utf8_to_latin1(here);
     std::vector<std::string> names;
     if (here != "/") names.emplace_back("..");
     platform::forget_directories();
@@ -36,7 +36,7 @@ std::vector<std::string> fill(Platform_Window& window)
     }
     if (Platform_Window::Control* const list = window.find(directory_list)) {
         list->items.clear();
-        for (const std::string& name : names) list->items.push_back(platform::dialog_text(name));
+        for (const std::string& name : names) list->items.push_back(platform::utf8_to_latin1(name));
     }
     if (Platform_Window::Control* const drives = window.find(drive_list)) drives->items = {"/"};
     return names;
@@ -48,7 +48,7 @@ DWORD GetCurrentDirectoryA(DWORD size, LPSTR text)
 {
     std::vector<char> directory(PATH_MAX);
     if (!getcwd(directory.data(), directory.size())) return 0;
-    const std::string shown = platform::dialog_text(directory.data());
+    const std::string shown = platform::utf8_to_latin1(directory.data());
     const DWORD length = static_cast<DWORD>(shown.size());
     if (length >= size || !text) return length + 1;
     std::memcpy(text, shown.c_str(), length + 1);

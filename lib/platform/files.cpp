@@ -15,6 +15,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "lib/platform/latin1.h"
+
 namespace platform {
 namespace {
 
@@ -50,28 +52,6 @@ char32_t fold_character(char32_t c)
     if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 32; // 0xD7 is the multiplication sign
     if (c == 0x178) return 0xFF;                            // the one capital that lies outside Latin-1
     return c;
-}
-
-// The text's characters, or nothing where it isn't UTF-8. Names from a disk: overlong forms and surrogates are refused.
-std::optional<std::u32string> decode_utf8(std::string_view text)
-{
-    std::u32string out;
-    for (std::size_t i = 0; i < text.size();) {
-        const auto lead = static_cast<unsigned char>(text[i]);
-        const std::size_t length = lead < 0x80 ? 1 : lead >> 5 == 6 ? 2 : lead >> 4 == 14 ? 3 : lead >> 3 == 30 ? 4 : 0;
-        if (length == 0 || length > text.size() - i) return std::nullopt;
-        char32_t c = length == 1 ? lead : lead & (0x7Fu >> length);
-        for (std::size_t k = 1; k < length; ++k) {
-            const auto next = static_cast<unsigned char>(text[i + k]);
-            if (next >> 6 != 2) return std::nullopt;
-            c = c << 6 | (next & 0x3Fu);
-        }
-        constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-        if (c < smallest[length] || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) return std::nullopt;
-        out.push_back(c);
-        i += length;
-    }
-    return out;
 }
 
 std::u32string latin1_characters(std::string_view text)

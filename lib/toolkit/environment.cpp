@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "lib/platform/files.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 #include "lib/toolkit/pathnames.h"
 #include "lib/toolkit/report.h"
 #include "lib/toolkit/scene/scene.h"
@@ -40,7 +40,7 @@ const char* environment_value(const char* word)
     const char* const value = std::getenv(word);
     if (!value) return nullptr;
     std::string& kept = in.of_process[word];
-    if (std::string latin1 = utf8_to_latin1(value); latin1 != kept) kept = std::move(latin1);
+    if (std::string latin1 = platform::utf8_to_latin1(value); latin1 != kept) kept = std::move(latin1);
     return kept.c_str();
 }
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 #include "lib/toolkit/words/trace.h"
 
@@ -58,7 +58,7 @@ std::string worded(std::string_view code, std::span<const std::string> details)
 
 void to_standard_error(void*, int32_t level, const char* text)
 {
-    std::fprintf(stderr, "%s: %s\n", level <= 3 ? "warning" : "error", latin1_to_utf8(text).c_str());
+    std::fprintf(stderr, "%s: %s\n", level <= 3 ? "warning" : "error", platform::latin1_to_utf8(text).c_str());
 }
 
 ReportSink sink = to_standard_error;

@@ -2,7 +2,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 #include "tests/toolkit/toolkit_fixture.h"
 #include "gmock/gmock.h"
 
@@ -139,10 +139,10 @@ TEST(Latin1, ThereAndBack)
 {
     std::string all;
     for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
-    EXPECT_EQ(tv::utf8_to_latin1(tv::latin1_to_utf8(all)), all);
-    EXPECT_EQ(tv::latin1_to_utf8("\xfc"), "\xc3\xbc");
+    EXPECT_EQ(platform::utf8_to_latin1(platform::latin1_to_utf8(all)), all);
+    EXPECT_EQ(platform::latin1_to_utf8("\xfc"), "\xc3\xbc");
     for (const char* const kept : {"\xe2\x82\xac", "\xfc", "a\xc3", "\xc3(", "\xc4\x80"})
-        EXPECT_EQ(tv::utf8_to_latin1(kept), kept); // beyond Latin-1, or no UTF-8
+        EXPECT_EQ(platform::utf8_to_latin1(kept), kept); // beyond Latin-1, or no UTF-8
 }
 
 } // namespace

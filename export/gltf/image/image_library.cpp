@@ -7,7 +7,6 @@
 #include "export/gltf/image/image_decoder.h"
 #include "lib/platform/library.h"
 #include "lib/platform/places.h"
-#include "lib/toolkit/latin1.h"
 
 namespace gltf {
 namespace {
@@ -20,14 +19,14 @@ struct Library {
     std::string problem;
 };
 
-// Where the toolkit's library lies, and where the program expects its libraries: the build and an installed copy are
+// Where the platform's library lies, and where the program expects its libraries: the build and an installed copy are
 // found alike, wherever they have been moved to.
 std::vector<std::filesystem::path> places()
 {
     std::vector<std::filesystem::path> found;
-    if (const std::string toolkit = platform::library_file(reinterpret_cast<const void*>(&tv::latin1_to_utf8));
-        !toolkit.empty())
-        found.push_back(std::filesystem::path(toolkit).parent_path());
+    if (const std::string own = platform::library_file(reinterpret_cast<const void*>(&platform::library_file));
+        !own.empty())
+        found.push_back(std::filesystem::path(own).parent_path());
     if (const std::string directory = platform::library_directory(); !directory.empty()) found.push_back(directory);
     if (const std::string program = platform::program_file(); !program.empty())
         found.push_back(std::filesystem::path(program).parent_path());

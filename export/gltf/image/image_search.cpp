@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "lib/platform/files.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 namespace {
@@ -100,7 +100,7 @@ std::string first_of_sequence(const std::string& directory, std::string_view bas
 {
     const std::string place = platform::resolve(directory.empty() ? "." : directory);
     if (place.empty()) return {};
-    const std::string utf8_base = tv::latin1_to_utf8(base);
+    const std::string utf8_base = platform::latin1_to_utf8(base);
     std::string best;
     long lowest = -1;
     for (const std::string& entry : platform::list_directory(place)) {
@@ -139,11 +139,11 @@ ImagePlace find_image(std::string_view name, const std::vector<std::string>& dir
         if (with_directories) {
             place.path = regular_file(joined(directory, plain));
             if (!place.path.empty()) return place;
-            place.tried.push_back(joined(directory, tv::latin1_to_utf8(plain)));
+            place.tried.push_back(joined(directory, platform::latin1_to_utf8(plain)));
         }
         place.path = regular_file(joined(directory, last));
         if (!place.path.empty()) return place;
-        place.tried.push_back(joined(directory, tv::latin1_to_utf8(last)));
+        place.tried.push_back(joined(directory, platform::latin1_to_utf8(last)));
     }
     const std::string_view base = base_name(last);
     place.other_extension = true;
@@ -158,7 +158,7 @@ ImagePlace find_image(std::string_view name, const std::vector<std::string>& dir
             place.path = regular_file(joined(directory, other));
             if (!place.path.empty()) return place;
         }
-        place.tried.push_back(joined(directory, tv::latin1_to_utf8(base) + ".*"));
+        place.tried.push_back(joined(directory, platform::latin1_to_utf8(base) + ".*"));
     }
     return place;
 }

@@ -10,7 +10,7 @@
 #include "export/gltf/image/image_png.h"
 #include "export/gltf/image/image_search.h"
 #include "lib/platform/files.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 namespace {
@@ -59,14 +59,14 @@ ImageFile* ImageStore::open(const std::string& name, const std::string& surface)
     const auto known = by_name_.find(name);
     if (known != by_name_.end()) return known->second;
     ImageFile*& answer = by_name_[name];
-    const std::string shown = tv::latin1_to_utf8(name);
+    const std::string shown = platform::latin1_to_utf8(name);
     ImagePlace place = find_image(name, options_.image_directories);
     if (!place.named) return nullptr;
     if (place.path.empty()) {
         notes_.report().missing_images.push_back({shown, surface, std::move(place.tried), ""});
         return nullptr;
     }
-    const std::string found = tv::shown_name(place.path);
+    const std::string found = platform::shown_name(place.path);
     if (place.sequence)
         notes_.info("image '" + shown + "' is a sequence of pictures; " + found + " stands for all of them");
     else if (place.other_extension)
@@ -138,7 +138,7 @@ std::shared_ptr<const Pixels> ImageStore::pixels(ImageFile& file)
     std::string error;
     std::shared_ptr<const Pixels> again = load(file, error);
     if (!again) {
-        notes_.warn(tv::shown_name(file.path) + ": " + error);
+        notes_.warn(platform::shown_name(file.path) + ": " + error);
         return nullptr;
     }
     keep(file, again);

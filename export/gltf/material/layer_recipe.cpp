@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 namespace {
@@ -96,7 +96,7 @@ std::optional<LayerStep> source_of(const tv::Scene& scene, const tv::Layer& laye
                           : scene.find(tv::Kind::texture, layer.texture_name);
     if (id >= scene.textures.size() || !scene.textures[id].alive) {
         if (!layer.texture_name.empty())
-            notes.info("surface '" + surface + "': texture '" + tv::latin1_to_utf8(layer.texture_name) +
+            notes.info("surface '" + surface + "': texture '" + platform::latin1_to_utf8(layer.texture_name) +
                        "' has no picture in this scene and is left out");
         return std::nullopt;
     }
@@ -115,7 +115,7 @@ std::optional<LayerStep> source_of(const tv::Scene& scene, const tv::Layer& laye
     if (texture.kind != tv::TextureKind::procedural) return std::nullopt;
     step.procedural = make_procedural(texture, layer);
     if (step.procedural) return step;
-    notes.info("surface '" + surface + "': procedural texture '" + tv::latin1_to_utf8(texture.name) +
+    notes.info("surface '" + surface + "': procedural texture '" + platform::latin1_to_utf8(texture.name) +
                "' has no counterpart and is left out");
     return std::nullopt;
 }
@@ -142,7 +142,7 @@ SurfaceRecipe make_recipe(const tv::Scene& scene, const tv::Surface& surface, Im
 {
     SurfaceRecipe recipe;
     recipe.plain = plain_of(surface);
-    const std::string name = tv::latin1_to_utf8(surface.name);
+    const std::string name = platform::latin1_to_utf8(surface.name);
     std::size_t shown = 0;
     for (const tv::Layer& layer : surface.layers) {
         if (!layer.enabled) continue;

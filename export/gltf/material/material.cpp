@@ -17,7 +17,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 
@@ -61,7 +61,7 @@ namespace {
 Material phong_material(const tv::Surface& surface, const std::array<double, 3>& color, double diffuse)
 {
     Material result;
-    result.name = tv::latin1_to_utf8(surface.name);
+    result.name = platform::latin1_to_utf8(surface.name);
     const double reflect = limited(surface.reflect, 0, 1);
     const double specular = limited(surface.specular, 0, 1);
     const double share = reflect > 0 ? reflect / (diffuse + reflect) : 0;

@@ -10,7 +10,7 @@
 #include "export/gltf/material/layer_compose.h"
 #include "export/gltf/material/layer_recipe.h"
 #include "export/gltf/material/projection_uv.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 namespace {
@@ -67,7 +67,7 @@ struct SurfaceTextureMaker::State {
         const auto [found, added] = surfaces.try_emplace(id);
         Entry& entry = found->second;
         if (!added) return entry;
-        entry.name = tv::latin1_to_utf8(scene.surfaces[id].name);
+        entry.name = platform::latin1_to_utf8(scene.surfaces[id].name);
         entry.recipe = make_recipe(scene, scene.surfaces[id], store, notes);
         for (const LayerStep& step : entry.recipe.steps)
             if (step.image && (!step.wrap_u || !step.wrap_v)) entry.ends = true;
@@ -79,10 +79,10 @@ struct SurfaceTextureMaker::State {
         if (!surface.environment_enabled || surface.environment >= scene.textures.size()) return;
         const tv::Texture& texture = scene.textures[surface.environment];
         if (!texture.alive || texture.kind != tv::TextureKind::image) return;
-        ImageFile* const file = store.open(texture.file_name, tv::latin1_to_utf8(surface.name));
+        ImageFile* const file = store.open(texture.file_name, platform::latin1_to_utf8(surface.name));
         if (!file) return;
         textures.environment = store.encoded(*file);
-        textures.environment_name = tv::latin1_to_utf8(texture.file_name);
+        textures.environment_name = platform::latin1_to_utf8(texture.file_name);
     }
 
     std::shared_ptr<const EncodedImage> bake(SlotKind kind, const SlotPlan& plan, const Entry& entry,
@@ -156,7 +156,7 @@ struct SurfaceTextureMaker::State {
         if (!added) return found->second;
         const tv::Surface& surface = scene.surfaces[id];
         if (std::any_of(surface.layers.begin(), surface.layers.end(), [](const auto& layer) { return layer.enabled; }))
-            notes.info("surface '" + tv::latin1_to_utf8(surface.name) +
+            notes.info("surface '" + platform::latin1_to_utf8(surface.name) +
                        "' has textures, but is on an instance without a projection for them; they are left out there");
         add_environment(surface, found->second);
         return found->second;

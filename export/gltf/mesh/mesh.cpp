@@ -11,7 +11,7 @@
 #include "export/gltf/material/projection_uv.h"
 #include "export/gltf/mesh/tangents.h"
 #include "export/gltf/mesh/vertex_table.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 
@@ -153,10 +153,10 @@ uint32_t MeshMaker::build(tv::Id id, const tv::TextureProjection* frame, const s
     build.faults = first_time ? &faults_ : &repeated;
     const std::size_t faults_before = faults_.total();
     for (const tv::Primitive& primitive : object.primitives) add_primitive(primitive, build);
-    if (faults_before == 0 && faults_.total() != 0) faults_.first_object = tv::latin1_to_utf8(object.name);
+    if (faults_before == 0 && faults_.total() != 0) faults_.first_object = platform::latin1_to_utf8(object.name);
 
     Mesh mesh;
-    mesh.name = tv::latin1_to_utf8(object.name);
+    mesh.name = platform::latin1_to_utf8(object.name);
     for (Group& group : build.groups) {
         if (group.indices.empty()) continue;
         report_.triangles += group.indices.size() / 3;
@@ -241,7 +241,7 @@ void MeshMaker::add_triangles(Group& group, Build& build)
             vertex.mirrored = mirrored;
             const auto number = group.vertices.add(vertex);
             if (!number)
-                throw std::runtime_error("object '" + tv::latin1_to_utf8(build.object->name) +
+                throw std::runtime_error("object '" + platform::latin1_to_utf8(build.object->name) +
                                          "' has more vertices than a glTF mesh can hold; split it");
             numbers[i] = *number;
         }

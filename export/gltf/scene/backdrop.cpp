@@ -7,7 +7,7 @@
 
 #include "export/gltf/base/notes.h"
 #include "export/gltf/scene/nodes.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 
@@ -160,7 +160,7 @@ void make_backdrop(const tv::Scene& scene, const Options& options, const Measure
     case tv::BackdropScheme::surface: {
         std::string file_name;
         shown.image = image_of(scene, backdrop.surface, materials, file_name);
-        extras = {{"scheme", "image"}, {"name", tv::latin1_to_utf8(file_name)}};
+        extras = {{"scheme", "image"}, {"name", platform::latin1_to_utf8(file_name)}};
         if (shown.image) extras["image"] = materials.image(shown.image);
         break;
     }

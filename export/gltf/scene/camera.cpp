@@ -5,7 +5,7 @@
 #include <glm/geometric.hpp>
 
 #include "export/gltf/scene/nodes.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 
@@ -92,7 +92,7 @@ void make_cameras(const tv::Scene& scene, const Options& options, Animator& anim
     const double unit = options.scale;
     for (const tv::Camera* camera : cameras) {
         Camera result;
-        result.name = tv::latin1_to_utf8(camera->name);
+        result.name = platform::latin1_to_utf8(camera->name);
         result.perspective = camera->perspective;
         const double width = std::abs(static_cast<double>(camera->window[0]));
         const double height = std::abs(static_cast<double>(camera->window[1]));

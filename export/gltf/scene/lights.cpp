@@ -8,7 +8,7 @@
 #include "export/gltf/base/transform.h"
 #include "export/gltf/material/material.h"
 #include "export/gltf/scene/nodes.h"
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 
 namespace gltf {
 
@@ -52,13 +52,13 @@ void make_lights(const tv::Scene& scene, const Options& options, const Measure& 
             if (positive(intensity) > 0)
                 tables.scene_extras["ambient"] = {{"color", linear(light.color)},
                                                   {"intensity", positive(intensity)},
-                                                  {"name", tv::latin1_to_utf8(light.name)}};
+                                                  {"name", platform::latin1_to_utf8(light.name)}};
             continue;
         }
         if (!(intensity >= 0)) ++dark;
 
         Light result;
-        result.name = tv::latin1_to_utf8(light.name);
+        result.name = platform::latin1_to_utf8(light.name);
         result.color = linear(light.color);
         result.intensity = positive(intensity) * lux_of_intensity * options.light_scale;
         Placing placing;

@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "export/gltf/base/notes.h"
+#include "lib/platform/latin1.h"
 #include "lib/toolkit/animation/animation.h"
-#include "lib/toolkit/latin1.h"
 
 namespace gltf {
 
@@ -53,7 +53,7 @@ void make_nodes(const tv::Scene& scene, const std::vector<tv::Placement>& places
         const tv::Instance& instance = scene.instances[at.instance];
         const auto outer = static_cast<uint32_t>(tables.nodes.size());
         Node& node = tables.nodes.emplace_back();
-        node.name = tv::latin1_to_utf8(instance.name);
+        node.name = platform::latin1_to_utf8(instance.name);
         Node inner;
         bool has_inner = false;
         if (tv::is_animated(instance)) {

@@ -14,14 +14,13 @@
 #include <unistd.h>
 #include <vector>
 
-#include "lib/platform/dialog_text.h"
 #include "lib/platform/dialog_window.h"
+#include "lib/platform/latin1.h"
 
 namespace {
 
 using platform::ControlKind;
 using platform::DialogControl;
-using platform::terminal_text;
 using Control = Platform_Window::Control;
 
 const int frame = 4;           // columns and lines that a window's border and shadow take
@@ -30,6 +29,15 @@ const int list_lines = 9;
 const int box_columns = 60; // of a message box
 const int enter_key = '\r', interrupt_key = 3 /* Ctrl-C, which comes as a key here */, help_button = 200;
 const int resize_wait = 300; // ms between two looks at the terminal's size
+
+// A dialog's text as the terminal takes it. A control character would move the cursor.
+std::string terminal_text(std::string_view text)
+{
+    std::string utf8 = platform::is_beyond_latin1(text) ? std::string(text) : platform::latin1_to_utf8(text);
+    std::replace_if(
+        utf8.begin(), utf8.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }, '?');
+    return utf8;
+}
 
 std::string label(const Control& control)
 {
@@ -249,7 +257,7 @@ private:
             if (control->shape->kind != ControlKind::edit) continue;
             const char* const typed = newtEntryGetValue(component);
             if (!typed || terminal_text(control->text) == typed) continue;
-            platform::set_text(window_, control->shape->id, platform::dialog_text(typed));
+            platform::set_text(window_, control->shape->id, platform::utf8_to_latin1(typed));
         }
     }
 

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "lib/toolkit/latin1.h"
+#include "lib/platform/latin1.h"
 #include "lib/toolkit/report.h"
 #include "lib/toolkit/scene/scene_store.h"
 #include "lib/toolkit/words/trace_items.h"
@@ -98,7 +98,7 @@ void add_string_body(std::string& out, const char* text)
             out += hex[byte >> 4];
             out += hex[byte & 15];
         } else {
-            append_utf8(out, *text);
+            platform::append_utf8(out, *text);
         }
     }
 }
