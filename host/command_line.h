@@ -3,14 +3,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
-#include "host/commands/commands.h"
-
 namespace host {
+
+using Arguments = std::span<char* const>;
 
 class CommandLine {
 public:

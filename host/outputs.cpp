@@ -4,8 +4,8 @@
 #include <map>
 
 #include "host/failure.h"
-#include "host/import_run.h"
-#include "host/references.h"
+#include "host/finding/references.h"
+#include "host/path_display.h"
 #include "lib/import/lw/base/object_extensions.h"
 #include "lib/platform/text.h"
 

@@ -4,9 +4,9 @@
 #include "host/command_line.h"
 #include "host/commands/commands.h"
 #include "host/failure.h"
-#include "host/import_run.h"
+#include "host/finding/references.h"
+#include "host/path_display.h"
 #include "host/plugin_loader.h"
-#include "host/references.h"
 
 namespace host {
 

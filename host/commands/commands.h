@@ -1,13 +1,10 @@
 // The commands: one file each. `arguments` stand behind the command's word. Each returns the exit status, or throws
 // Failure or WrongUse.
 #pragma once
-#include <span>
-
+#include "host/command_line.h"
 #include "host/failure.h"
 
 namespace host {
-
-using Arguments = std::span<char* const>;
 
 int convert_command(Arguments arguments);
 int info_command(Arguments arguments);

@@ -13,6 +13,7 @@
 #include "host/import_run.h"
 #include "host/messages.h"
 #include "host/outputs.h"
+#include "host/path_display.h"
 #include "host/progress.h"
 #include "lib/platform/console.h"
 #include "lib/platform/latin1.h"
@@ -86,10 +87,10 @@ static void tell_missing_images(const gltf::Report& report, const ImportRun& run
 {
     for (const gltf::MissingImage& image : report.missing_images) {
         std::string stored = image.name, asked_by = image.surface;
-        const auto known = std::find_if(run.images.begin(), run.images.end(), [&image](const FileReference& file) {
-            return is_called(file.reference.stored, image.name);
-        });
-        if (known != run.images.end()) {
+        const auto known =
+            std::find_if(run.files.images.begin(), run.files.images.end(),
+                         [&image](const FileReference& file) { return is_called(file.reference.stored, image.name); });
+        if (known != run.files.images.end()) {
             stored = known->reference.stored;
             asked_by = known->asked_by;
         }
@@ -194,12 +195,12 @@ static void convert_one(const Job& job, const ConvertOptions& options, Totals& t
     const auto start = std::chrono::steady_clock::now();
     const std::string name = shown_path(job.input);
     const ImportRun run = import_file(job.input, options.import);
-    totals.objects += run.distinct_objects;
-    totals.missing_objects += run.missing_objects;
+    totals.objects += run.files.distinct_objects;
+    totals.missing_objects += run.files.missing_objects;
     if (run.stopped) throw Failure(name + ": stopped; nothing was written");
     if (!run.imported && !options.keep_partial)
         throw Failure(name + ": not converted (--keep-partial writes what could be read)");
-    if (options.strict && (run.warnings + run.errors + run.missing_objects > 0))
+    if (options.strict && (run.warnings + run.errors + run.files.missing_objects > 0))
         throw Failure(name + ": not converted, since --strict lets no warning and no missing file pass");
 
     gltf::Options how = export_options(options, run, job.input);

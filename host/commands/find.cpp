@@ -8,6 +8,7 @@
 #include "host/commands/commands.h"
 #include "host/commands/inspection.h"
 #include "host/import_run.h"
+#include "host/path_display.h"
 #include "host/progress.h"
 #include "lib/platform/latin1.h"
 
@@ -34,7 +35,7 @@ static std::vector<Entry> distinct_entries(const ImportRun& run)
 {
     std::vector<Entry> entries;
     std::map<std::pair<ReferenceKind, std::string>, std::size_t> known;
-    for (const std::vector<FileReference>* const list : {&run.objects, &run.images})
+    for (const std::vector<FileReference>* const list : {&run.files.objects, &run.files.images})
         for (const FileReference& file : *list) {
             const auto [at, is_new] = known.try_emplace({file.reference.kind, file.reference.stored}, entries.size());
             if (is_new)
@@ -60,7 +61,7 @@ static void print_text(const ImportRun& run, const std::vector<Entry>& entries)
             text += "\n  found: " + shown_path(file.found);
         else
             text += "\n  not found\n" + places_text(file.tried, file.tried.size());
-        if (file.reached && file.found.empty()) ++missing;
+        if (file.is_missing()) ++missing;
         std::printf("%s\n", text.c_str());
     }
     std::printf("%s, %s missing\n", counted(entries.size(), "file", "files").c_str(), grouped(missing).c_str());

@@ -8,6 +8,7 @@
 #include "host/commands/commands.h"
 #include "host/commands/inspection.h"
 #include "host/import_run.h"
+#include "host/path_display.h"
 #include "host/progress.h"
 #include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
@@ -193,9 +194,9 @@ static Json missing_json(const ImportRun& run)
 {
     Json list = Json::array();
     std::unordered_set<std::string> known;
-    for (const std::vector<FileReference>* const files : {&run.objects, &run.images})
+    for (const std::vector<FileReference>* const files : {&run.files.objects, &run.files.images})
         for (const FileReference& file : *files)
-            if (file.reached && file.found.empty() && known.insert(file.reference.stored).second)
+            if (file.is_missing() && known.insert(file.reference.stored).second)
                 list.push_back({{"kind", file.reference.kind == ReferenceKind::object ? "object" : "image"},
                                 {"stored", utf8(file.reference.stored)},
                                 {"asked_by", file.asked_by}});

@@ -17,7 +17,7 @@ std::optional<Inspection> inspect(CommandLine& line, Arguments arguments)
     options.tell_missing = false;
     prepare_imports(options);
     result.run = import_file(inputs[0], options);
-    locate_images(result.run);
+    locate_images(result.run.files, result.run.image_directories);
     result.input = std::move(inputs[0]);
     return result;
 }

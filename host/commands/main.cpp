@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/commands/commands.h"
+#include "host/failure.h"
 #include "host/messages.h"
 #include "lib/platform/console.h"
 

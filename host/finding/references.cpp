@@ -1,4 +1,4 @@
-#include "host/references.h"
+#include "host/finding/references.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "host/search_path.h"
+#include "host/finding/search_path.h"
 
 #include <algorithm>
 #include <array>

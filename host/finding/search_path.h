@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/references.h"
+#include "host/finding/references.h"
 
 namespace host {
 
