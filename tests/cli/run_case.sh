@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# One case of cases.tsv: run_case.sh PROGRAM FIXTURES NAME
+# One case of a file of cases: run_case.sh PROGRAM FIXTURES NAME [CASES]
+# CASES is cases.tsv in this directory; what stands in helpers.sh beside another one is at hand in its commands.
 # A case is a line of four columns, parted by tabs: name, exit status, command, expectations. The command runs in a copy
 # of the fixtures, in bash, where `lwimport` is the program. Expectations are parted by " && ":
 #   out ~ REGEX    standard output has a line like this (grep -E); out !~ has none; err ~ and err !~ likewise
 #   file PATH      exists and isn't empty; no PATH: doesn't exist; clean: no temporary file is left anywhere
 set -u
 program=$1 fixtures=$2 name=$3
-cases=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/cases.tsv
+cases=${4:-$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/cases.tsv}
 here=$(mktemp -d)
 trap 'chmod -R u+rwX "$here"; rm -rf "$here"' EXIT
 mkdir "$here/work" "$here/home"
@@ -15,6 +16,8 @@ cd "$here/work" || exit 1
 export HOME=$here/home NO_COLOR='' LC_ALL=C.UTF-8
 unset XDG_CONFIG_HOME TV_TRACE
 lwimport() { "$program" "$@"; }
+# shellcheck disable=SC1091
+[ ! -f "$(dirname "$cases")/helpers.sh" ] || . "$(dirname "$cases")/helpers.sh"
 
 IFS=$'\t' read -r _ wanted command expectations < <(grep -P "^$name\t" "$cases")
 status=0
