@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "export/gltf/animation/channel_track.h"
+#include "export/gltf/base/options.h"
+#include "export/gltf/base/report.h"
 #include "export/gltf/base/transform.h"
 #include "export/gltf/file/tables.h"
-#include "export/gltf/writer.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 

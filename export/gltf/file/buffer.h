@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "export/gltf/material/surface_textures.h"
+#include "export/gltf/base/encoded_image.h"
 
 namespace gltf {
 

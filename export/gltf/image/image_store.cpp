@@ -49,11 +49,6 @@ std::optional<std::vector<unsigned char>> read_file(const std::string& path, std
 
 } // namespace
 
-void NoteBook::add(Note::Level level, const std::string& text)
-{
-    if (told_.insert(text).second) report_.notes.push_back({level, text});
-}
-
 ImageFile* ImageStore::open(const std::string& name, const std::string& surface)
 {
     const auto known = by_name_.find(name);

@@ -6,27 +6,14 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
+#include "export/gltf/base/encoded_image.h"
+#include "export/gltf/base/notes.h"
+#include "export/gltf/base/options.h"
 #include "export/gltf/image/image_pixels.h"
-#include "export/gltf/material/surface_textures.h"
 
 namespace gltf {
-
-// Lines for the report, each told once.
-class NoteBook {
-public:
-    explicit NoteBook(Report& report) : report_(report) {}
-    void info(const std::string& text) { add(Note::Level::info, text); }
-    void warn(const std::string& text) { add(Note::Level::warning, text); }
-    Report& report() { return report_; }
-
-private:
-    void add(Note::Level level, const std::string& text);
-    Report& report_;
-    std::unordered_set<std::string> told_;
-};
 
 // A file that was found and can be decoded.
 struct ImageFile {

@@ -5,9 +5,11 @@
 #include <unordered_map>
 #include <utility>
 
+#include "export/gltf/base/options.h"
+#include "export/gltf/base/report.h"
 #include "export/gltf/file/tables.h"
 #include "export/gltf/material/surface_textures.h"
-#include "export/gltf/writer.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 

@@ -11,19 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "export/gltf/writer.h"
+#include "export/gltf/base/encoded_image.h"
+#include "export/gltf/base/options.h"
+#include "export/gltf/base/report.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
-
-// An image as it goes into the file. Shared: the same file, treated the same way, is one of these.
-struct EncodedImage {
-    std::string name; // UTF-8, for people
-    std::string mime; // "image/png" or "image/jpeg"
-    std::vector<unsigned char> bytes;
-    uint32_t width = 0, height = 0;
-    bool has_alpha = false; // a pixel below 255
-};
 
 // Sampled at uv_offset + uv_scale * uv (KHR_texture_transform without rotation).
 struct TextureSlot {

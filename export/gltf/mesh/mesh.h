@@ -6,11 +6,13 @@
 #include <unordered_set>
 #include <vector>
 
+#include "export/gltf/base/options.h"
+#include "export/gltf/base/report.h"
 #include "export/gltf/file/tables.h"
 #include "export/gltf/material/material.h"
 #include "export/gltf/mesh/polygons.h"
 #include "export/gltf/mesh/tessellation.h"
-#include "export/gltf/writer.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 

@@ -1,9 +1,11 @@
 // What stands behind everything: told in the scene's extras, and shown by a dome where that is asked for.
 #pragma once
 #include "export/gltf/base/measure.h"
+#include "export/gltf/base/options.h"
+#include "export/gltf/base/report.h"
 #include "export/gltf/file/tables.h"
 #include "export/gltf/material/material.h"
-#include "export/gltf/writer.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 

@@ -1,8 +1,9 @@
 // Cameras -> camera nodes, with their look-at paths as movement and rotation.
 #pragma once
 #include "export/gltf/animation/animation.h"
+#include "export/gltf/base/options.h"
 #include "export/gltf/file/tables.h"
-#include "export/gltf/writer.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 

@@ -1,8 +1,10 @@
 // Lights -> KHR_lights_punctual, each on a node of its own below the scene.
 #pragma once
 #include "export/gltf/base/measure.h"
+#include "export/gltf/base/options.h"
+#include "export/gltf/base/report.h"
 #include "export/gltf/file/tables.h"
-#include "export/gltf/writer.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 

@@ -4,9 +4,11 @@
 #include <vector>
 
 #include "export/gltf/animation/animation.h"
+#include "export/gltf/base/options.h"
+#include "export/gltf/base/report.h"
 #include "export/gltf/file/tables.h"
 #include "export/gltf/mesh/mesh.h"
-#include "export/gltf/writer.h"
+#include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 
