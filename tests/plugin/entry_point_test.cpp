@@ -4,7 +4,7 @@
 
 #include "lib/import/implugin.h"
 #include "lib/import/lw/base/option_variables.h"
-#include "lib/import/lw/ntdll/entry_point.h"
+#include "lib/import/lw/ntdll/library.h"
 #include "lib/toolkit/scene/scene.h"
 #include "tests/plugin/objects.h"
 #include "tests/support/run_plugin.h"

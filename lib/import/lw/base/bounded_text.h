@@ -10,6 +10,9 @@
 #define LW_PRINTF(text, first)
 #endif
 
+// Of a path with its end, wherever the plug-in puts one together.
+inline constexpr std::size_t lw_path_size = 300;
+
 // Copies `text` (null counts as empty) to `buffer` of `size` bytes, its end included. The length that the whole text
 // has; at or above `size` it was cut.
 std::size_t lw_copy_text(char* buffer, std::size_t size, const char* text);

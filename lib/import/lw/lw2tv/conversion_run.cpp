@@ -165,45 +165,34 @@ static void open_debug_file()
     const char* directory = nullptr;
     Tv_Inquire_Environment("TV_WORKING_DIR", &directory);
     const bool known = directory && *directory;
-    char path[300];
+    char path[lw_path_size];
     const std::size_t length =
         lw_format_text(path, sizeof path, "%s%sdebuglw.txt", known ? directory : "", known ? "\\" : "");
     if (length < sizeof path) lw_debug_fp = platform::open_file(path, "w");
     if (!lw_debug_fp) lw_report(3, "Could not open output debug file '%s' for writing.", path);
 }
 
-struct Integer_Word {
-    const char* word;
-    int16_t* variable;
-};
-
-static const Integer_Word integer_words[] = {
-    {"compute_normals", &lw_compute_normals},
-    {"make_surface_names_unique", &lw_make_surfnames_unique},
-    {"import_keyframe0_only", &lw_import_keyframe0_only},
-    {"print_warnings", &lw_print_warnings},
-    {"print_statistics", &lw_print_statistics_var},
-    {"output_debug_info", &lw_output_debug_info},
-    {"explode_obj_by_surf_names", &lw_explode_obj_by_surf_name},
-};
-
 static void take_option_word(const char* word, void* value)
 {
-    char* const text = static_cast<char*>(value);
-    for (const Integer_Word& integer : integer_words) {
-        if (std::strcmp(word, integer.word) != 0) continue;
-        *integer.variable = static_cast<int16_t>(reinterpret_cast<intptr_t>(value)); // the low 16 bits
+    const lw_option* const option = lw_find_option(word);
+    if (!option) {
+        Tv_Report_Error(4, "ERR_GEOM_IMPORT_BAD_TOKEN", "ImportConverter_Lightwave()", word,
+                        static_cast<const char*>(nullptr));
         return;
     }
-    if (std::strcmp(word, "smoothing_angle") == 0) {
+    char* const text = static_cast<char*>(value); // of a flag an integer
+    switch (option->kind) {
+    case LW_OPTION_FLAG:
+        *lw_flag_variable(option->number) = static_cast<int16_t>(reinterpret_cast<intptr_t>(value)); // the low 16 bits
+        break;
+    case LW_OPTION_ANGLE:
         if (text) lw_smoothing_angle = static_cast<float>(std::atof(text));
-    } else if (std::strcmp(word, "newtek_root_directory") == 0) {
+        break;
+    case LW_OPTION_DIRECTORY:
         if (text && *text && Import_IO_Strip_Whitespace(text) != 0) {
             Import_IO_Copy_String(&lw_newtek_root_directory, text);
         }
-    } else {
-        Tv_Report_Error(4, "ERR_GEOM_IMPORT_BAD_TOKEN", "ImportConverter_Lightwave()", word,
-                        static_cast<const char*>(nullptr));
+        break;
     }
 }
 

@@ -1,6 +1,5 @@
 #include "lib/import/lw/ntdll/about_box.h"
 
-#include "lib/import/lw/ntdll/entry_point.h"
 #include "lib/import/lw/ntdll/library.h"
 #include "lib/services/import_io.h"
 

@@ -4,32 +4,26 @@
 
 #include "lib/import/lw/base/bounded_text.h"
 #include "lib/import/lw/base/option_variables.h"
-#include "lib/import/lw/ntdll/entry_point.h"
 #include "lib/import/lw/ntdll/library.h"
+#include "lib/platform/text.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
 int32_t lb_sel_change_msg_id = -1;
 
-static const int path_size = 300;
-static const int path_edit = 1088, file_name_edit = 1152, shown_directory = 108;
+static const int path_edit = 1088, file_name_edit = 1152;
 static const size_t file_name_size = 16384;
-
-static bool is_separator(char c)
-{
-    return c == '/' || c == '\\';
-}
 
 static bool ends_in_separator(const char* text)
 {
     const size_t length = strlen(text);
-    return length > 0 && is_separator(text[length - 1]);
+    return length > 0 && platform::is_separator(text[length - 1]);
 }
 
 // A root or a drive letter in front: the path stands on its own.
 static bool is_anchored(const char* text)
 {
-    return is_separator(text[0]) || (text[0] && text[1] == ':');
+    return platform::is_separator(text[0]) || (text[0] && text[1] == ':');
 }
 
 static const char* working_directory()
@@ -43,39 +37,39 @@ static void initial_directory(const char* root, char* out)
 {
     if (!root[0]) {
         const char* const working = working_directory();
-        lw_copy_text(out, path_size, working[0] ? working : "\\");
+        lw_copy_text(out, lw_path_size, working[0] ? working : "\\");
         return;
     }
     if (root[1] == ':') {
-        lw_copy_text(out, path_size, root);
+        lw_copy_text(out, lw_path_size, root);
         return;
     }
-    char directory[path_size];
+    char directory[lw_path_size];
     lw_copy_text(directory, sizeof directory, root);
     const size_t length = strlen(directory);
     if (directory[length - 1] == '\\') directory[length - 1] = 0;
     const char* const working = working_directory();
-    if (is_separator(directory[0]) || !working[0]) {
-        lw_copy_text(out, path_size, directory);
+    if (platform::is_separator(directory[0]) || !working[0]) {
+        lw_copy_text(out, lw_path_size, directory);
         return;
     }
-    lw_format_text(out, path_size, "%s%s%s", working, ends_in_separator(working) ? "" : "\\", directory);
+    lw_format_text(out, lw_path_size, "%s%s%s", working, ends_in_separator(working) ? "" : "\\", directory);
 }
 
 // What stands in the path's edit box; an empty text when the box gives none.
 static void read_path(HWND dialog, char* text)
 {
     text[0] = 0;
-    SendDlgItemMessageA(dialog, path_edit, WM_GETTEXT, path_size, reinterpret_cast<LPARAM>(text));
-    text[path_size - 1] = 0;
+    SendDlgItemMessageA(dialog, path_edit, WM_GETTEXT, lw_path_size, reinterpret_cast<LPARAM>(text));
+    text[lw_path_size - 1] = 0;
 }
 
 static void append_backslash(char* text)
 {
-    char whole[path_size];
+    char whole[lw_path_size];
     const size_t length = strlen(text);
     lw_format_text(whole, sizeof whole, "%s%s", text, length > 0 && text[length - 1] == '\\' ? "" : "\\");
-    lw_copy_text(text, path_size, whole);
+    lw_copy_text(text, lw_path_size, whole);
 }
 
 // OK in the chooser. False: it stays open.
@@ -84,16 +78,16 @@ static bool take_directory(HWND dialog)
     // The system's dialog closes only with a file name in it.
     SendDlgItemMessageA(dialog, file_name_edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("dummy.3ds"));
 
-    char text[path_size];
+    char text[lw_path_size];
     read_path(dialog, text);
     if (strstr(text, "..")) {
-        const DWORD length = GetCurrentDirectoryA(path_size, text);
-        if (length == 0 || length >= static_cast<DWORD>(path_size)) read_path(dialog, text);
+        const DWORD length = GetCurrentDirectoryA(lw_path_size, text);
+        if (length == 0 || length >= static_cast<DWORD>(lw_path_size)) read_path(dialog, text);
         append_backslash(text);
     }
     if (!is_anchored(text)) {
         const char* const root = lw_newtek_root_directory ? lw_newtek_root_directory : "";
-        char whole[path_size];
+        char whole[lw_path_size];
         lw_format_text(whole, sizeof whole, "%s%s%s", root, ends_in_separator(root) ? "" : "\\", text);
         lw_copy_text(text, sizeof text, whole);
     }
@@ -101,7 +95,7 @@ static bool take_directory(HWND dialog)
     int32_t exists = 0;
     Tv_File_Exists(text, &exists);
     if (!exists) {
-        char question[path_size + 128];
+        char question[lw_path_size + 128];
         lw_format_text(question, sizeof question,
                        "Newtek directory '%s' does not exist.\n\nDo you want to create this directory or cancel?",
                        text);
@@ -117,7 +111,7 @@ static bool take_directory(HWND dialog)
 UINT_PTR CALLBACK OutputDirectoryDialogHookProc(HWND dialog, UINT message, WPARAM first, LPARAM)
 {
     if (lb_sel_change_msg_id != -1 && message == static_cast<UINT>(lb_sel_change_msg_id)) {
-        char text[path_size];
+        char text[lw_path_size];
         read_path(dialog, text);
         Import_IO_Copy_String(&lw_newtek_root_directory, text);
         return 0;
@@ -133,12 +127,13 @@ UINT_PTR CALLBACK OutputDirectoryDialogHookProc(HWND dialog, UINT message, WPARA
 
 void lw_choose_directory(HWND options_dialog)
 {
-    if (!lw_newtek_root_directory) Import_IO_Copy_String(&lw_newtek_root_directory, "c:\\");
+    const lw_option& option = lw_options[LW_NEWTEK_ROOT_DIRECTORY];
+    if (!lw_newtek_root_directory) Import_IO_Copy_String(&lw_newtek_root_directory, option.directory);
     char* const file_name = static_cast<char*>(Tv_Alloc_Memory(1, 0, file_name_size));
     if (!file_name) return;
     file_name[0] = 0;
-    char file_title[300] = "";
-    char directory[path_size];
+    char file_title[lw_path_size] = "";
+    char directory[lw_path_size];
     initial_directory(lw_newtek_root_directory ? lw_newtek_root_directory : "", directory);
 
     char filter[] = "All Files (*.*)|*.*|";
@@ -163,5 +158,5 @@ void lw_choose_directory(HWND options_dialog)
     record.lpTemplateName = "SelectDirDialogNT";
     const BOOL chosen = GetSaveFileNameA(&record);
     Tv_Free_Memory(file_name);
-    if (chosen && lw_newtek_root_directory) SetDlgItemTextA(options_dialog, shown_directory, lw_newtek_root_directory);
+    if (chosen && lw_newtek_root_directory) SetDlgItemTextA(options_dialog, option.control, lw_newtek_root_directory);
 }

@@ -1,27 +1,23 @@
-#include "lib/import/lw/ntdll/entry_point.h"
+// The walk over the host's commands.
+#include "lib/import/implugin.h"
 
 #include <cstring>
 
-#include "lib/import/lw/base/bounded_text.h"
 #include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/options_file.h"
 #include "lib/import/lw/ntdll/about_box.h"
+#include "lib/import/lw/ntdll/library.h"
 #include "lib/import/lw/ntdll/options_dialog.h"
 #include "lib/platform/files.h"
 #include "lib/services/import_io.h"
-
-void* parent_hwnd = nullptr;
-char* plugin_directory = nullptr;
 
 static void initialize(const char* directory)
 {
     Import_IO_Copy_String(&plugin_directory, directory ? directory : "");
     lw_init_import_variables();
-    char path[300];
-    const std::size_t length =
-        lw_format_text(path, sizeof path, "%simp_lw.ini", plugin_directory ? plugin_directory : "");
-    if (length < sizeof path) RestoreImportConvertOptions_Lightwave(path); // a longer path is nobody's options file
+    char path[lw_path_size];
+    if (lw_options_file_path(path)) RestoreImportConvertOptions_Lightwave(path);
 }
 
 void Tavrin_Plugin_EntryPoint(char** names, void** values, int32_t* result, void* reserved)

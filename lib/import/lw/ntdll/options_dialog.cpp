@@ -1,28 +1,21 @@
 #include "lib/import/lw/ntdll/options_dialog.h"
 
-#include "lib/import/lw/base/bounded_text.h"
 #include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/lw2tv/options_file.h"
 #include "lib/import/lw/ntdll/about_box.h"
 #include "lib/import/lw/ntdll/directory_chooser.h"
-#include "lib/import/lw/ntdll/entry_point.h"
 #include "lib/import/lw/ntdll/library.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
-struct lw_option_box {
-    int control;
-    int16_t* option;
-};
-
 // In the order in which the boxes are set when the dialog opens.
-static const lw_option_box option_boxes[] = {
-    {110, &lw_import_keyframe0_only}, {100, &lw_compute_normals},   {101, &lw_print_statistics_var},
-    {102, &lw_print_warnings},        {105, &lw_output_debug_info}, {106, &lw_explode_obj_by_surf_name},
-    {107, &lw_make_surfnames_unique},
+static const lw_option_number option_boxes[] = {
+    LW_IMPORT_KEYFRAME0_ONLY, LW_COMPUTE_NORMALS,           LW_PRINT_STATISTICS,          LW_PRINT_WARNINGS,
+    LW_OUTPUT_DEBUG_INFO,     LW_EXPLODE_OBJ_BY_SURF_NAMES, LW_MAKE_SURFACE_NAMES_UNIQUE,
 };
 
-static const int split_box = 106, angle_edit = 103, directory_edit = 108;
+static const int angle_edit = lw_options[LW_SMOOTHING_ANGLE].control;
+static const int directory_edit = lw_options[LW_NEWTEK_ROOT_DIRECTORY].control;
 
 static const char split_warning[] =
     "By disabling this option you may find that the texture maps may not appear correctly on the imported Lightwace "
@@ -34,17 +27,18 @@ static void open_dialog(HWND dialog)
     Import_IO_Center_Window(parent_hwnd, dialog);
     if (lw_newtek_root_directory) SetDlgItemTextA(dialog, directory_edit, lw_newtek_root_directory);
     Import_IO_NdFloat_To_Dialog(dialog, angle_edit, lw_smoothing_angle);
-    for (const lw_option_box& box : option_boxes) CheckDlgButton(dialog, box.control, static_cast<UINT>(*box.option));
+    for (const lw_option_number box : option_boxes) {
+        CheckDlgButton(dialog, lw_options[box].control, static_cast<UINT>(*lw_flag_variable(box)));
+    }
 }
 
 static void accept(HWND dialog)
 {
     if (!Import_IO_Check_Smoothing_Angle(dialog, angle_edit, &lw_smoothing_angle)) return;
-    char path[300];
-    const size_t length = lw_format_text(path, sizeof path, "%simp_lw.ini", plugin_directory ? plugin_directory : "");
-    if (length < sizeof path) {
+    char path[lw_path_size];
+    if (lw_options_file_path(path)) {
         SaveImportConvertOptions_Lightwave(path);
-    } else { // a cut path would be another file's
+    } else {
         Tv_Report_Error(4, "OUTERR_FILE_OPEN_WRITE", "OptionsDlgProc()", "Lightwave .INI", path,
                         static_cast<const char*>(nullptr));
     }
@@ -53,11 +47,12 @@ static void accept(HWND dialog)
 
 static bool flip_box(HWND dialog, int control)
 {
-    for (const lw_option_box& box : option_boxes) {
-        if (box.control != control) continue;
-        *box.option = *box.option == 0;
-        CheckDlgButton(dialog, control, static_cast<UINT>(*box.option));
-        if (control == split_box && !*box.option) MessageBoxA(dialog, split_warning, "Warning", 0);
+    for (const lw_option_number box : option_boxes) {
+        if (lw_options[box].control != control) continue;
+        int16_t* const flag = lw_flag_variable(box);
+        *flag = *flag == 0;
+        CheckDlgButton(dialog, control, static_cast<UINT>(*flag));
+        if (box == LW_EXPLODE_OBJ_BY_SURF_NAMES && !*flag) MessageBoxA(dialog, split_warning, "Warning", 0);
         return true;
     }
     return false;
