@@ -21,7 +21,7 @@ case ${1:-} in
 --lint)
     need clang-tidy-14
     build_preset asan -DLW_TESTS=ON
-    git ls-files 'lib/*.cpp' 'export/*.cpp' 'host/*.cpp' 'tools/*.cpp' | grep -v windows |
+    git ls-files 'lib/*.cpp' 'export/*.cpp' 'host/*.cpp' 'restore/*.cpp' 'tools/*.cpp' | grep -v windows |
         xargs -P "$(nproc)" -n 8 clang-tidy-14 -p build/asan --quiet
     exit ;;
 esac

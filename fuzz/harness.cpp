@@ -119,7 +119,7 @@ void set_up()
     services::set_host({});
 }
 
-void convert(const uint8_t* data, std::size_t size, void (*look)())
+bool convert(const uint8_t* data, std::size_t size, void (*look)())
 {
     static InputFile file;
     file.hold(data, size);
@@ -147,6 +147,7 @@ void convert(const uint8_t* data, std::size_t size, void (*look)())
     // Option strings stay held; all that a run takes goes back when it ends.
     static const uint64_t held_after_first = tv::allocations_held();
     if (tv::allocations_held() != held_after_first) fail("a run kept memory");
+    return result == 0;
 }
 
 } // namespace fuzz

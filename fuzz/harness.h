@@ -28,8 +28,9 @@ private:
 void set_up();
 
 // Converts the input file and checks what must hold whatever was in it (see harness.cpp). The last byte of the input
-// chooses the options, so that a find replays alone. `look` is called while the scene stands.
-void convert(const uint8_t* data, std::size_t size, void (*look)() = nullptr);
+// chooses the options, so that a find replays alone. `look` is called while the scene stands. True when the plug-in has
+// read it.
+bool convert(const uint8_t* data, std::size_t size, void (*look)() = nullptr);
 
 // Says what failed and ends the program as a sanitizer would.
 [[noreturn]] void fail(const char* what);

@@ -1,9 +1,9 @@
 #!/bin/sh
-# fuzz/run.sh TARGET [SECONDS]: fuzzes object, scene, options, export or image from the seeds; finds land in build/fuzz/finds/TARGET/.
+# fuzz/run.sh TARGET [SECONDS]: fuzzes object, scene, options, export, image or facts from the seeds; finds land in build/fuzz/finds/TARGET/.
 # A find that has been understood goes into corpus/TARGET/ under the next number, with its fix.
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
-target=${1:?"usage: fuzz/run.sh object|scene|options|export|image [SECONDS]"}
+target=${1:?"usage: fuzz/run.sh object|scene|options|export|image|facts [SECONDS]"}
 seconds=${2:-60}
 seeds=$target dictionary=$target
 case $target in
@@ -12,6 +12,7 @@ scene) longest=32768 ;;
 options) longest=4096 ;;
 export) longest=32768 seeds="object scene" dictionary=object ;;
 image) longest=16384 ;;
+facts) longest=16384 seeds="facts object scene" ;;
 *) echo "fuzz/run.sh: no target $target" >&2; exit 2 ;;
 esac
 [ -f "$root/build/fuzz/build.ninja" ] || (cd "$root" && cmake --preset fuzz >/dev/null)
