@@ -10,6 +10,8 @@
 
 namespace host {
 
+using messages::message;
+
 void CommandLine::flag(std::string names, bool& target, std::string help)
 {
     options_.push_back({std::move(names), "", std::move(help), &target, 0, 0});
@@ -131,9 +133,10 @@ bool CommandLine::parse(Arguments arguments) const
         const auto range = [&option](const auto& text) -> std::string {
             double value = 0;
             if (!CLI::detail::lexical_cast(text, value) || !std::isfinite(value))
-                return "'" + text + "' is not a number";
+                return messages::text(message<"value-no-number">(text));
             if (value < option.low || value > option.high)
-                return text + " is outside " + plain_number(option.low) + " to " + plain_number(option.high);
+                return messages::text(
+                    message<"value-out-of-range">(text, plain_number(option.low), plain_number(option.high)));
             return {};
         };
         if (bool* const* flag = std::get_if<bool*>(&option.target))
@@ -155,19 +158,17 @@ bool CommandLine::parse(Arguments arguments) const
     } catch (const CLI::ExtrasError&) {
         const std::vector<std::string> rest = app.remaining();
         const std::string wrong = rest.empty() ? "" : rest.front();
-        if (wrong.size() < 2 || wrong[0] != '-') throw WrongUse("'" + wrong + "' is one argument too many; see --help");
-        const std::string near = nearest(wrong);
-        throw WrongUse("no such option: " + wrong + (near.empty() ? "; see --help" : "; did you mean " + near + "?"));
+        if (wrong.size() < 2 || wrong[0] != '-') throw WrongUse(message<"argument-too-many">(wrong));
+        throw WrongUse(message<"option-unknown">(wrong, nearest(wrong)));
     } catch (const CLI::ParseError& error) {
-        throw WrongUse(std::string(error.what()) + "; see --help");
+        throw WrongUse(message<"arguments-wrong">(error.what()));
     }
     if (help_asked) {
         std::fputs(help().c_str(), stdout);
         return false;
     }
-    if (inputs_ && inputs_->size() < least_) throw WrongUse("no " + inputs_name_ + " given; see --help");
-    if (inputs_ && inputs_->size() > most_)
-        throw WrongUse("'" + (*inputs_)[most_] + "' is one argument too many; see --help");
+    if (inputs_ && inputs_->size() < least_) throw WrongUse(message<"argument-missing">(inputs_name_));
+    if (inputs_ && inputs_->size() > most_) throw WrongUse(message<"argument-too-many">((*inputs_)[most_]));
     return true;
 }
 

@@ -1,17 +1,21 @@
 // How a command ends otherwise than well: main turns these into the exit status.
 #pragma once
-#include <stdexcept>
+#include <exception>
+
+#include "lib/messages/message.h"
 
 namespace host {
 
-// One line for the user, UTF-8, without a line feed: what, where, what to do.
-struct Failure : std::runtime_error { // exit status 1
-    using std::runtime_error::runtime_error;
+struct Failure : messages::Error { // exit status 1
+    using Error::Error;
 };
-struct WrongUse : std::runtime_error { // exit status 2
-    using std::runtime_error::runtime_error;
+struct WrongUse : messages::Error { // exit status 2
+    using Error::Error;
 };
 
 inline constexpr int status_done = 0, status_failed = 1, status_wrong_use = 2;
+
+// What is told of an exception: its own message, where it brings one.
+messages::Message message_of(const std::exception& error);
 
 } // namespace host

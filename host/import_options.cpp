@@ -4,14 +4,15 @@
 #include <cstring>
 
 #include "host/failure.h"
-#include "host/messages.h"
 #include "host/options_file.h"
 #include "host/path_display.h"
+#include "host/say.h"
 #include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
 
+using messages::message;
 namespace fs = std::filesystem;
 
 void add_import_options(CommandLine& line, ImportOptions& options, bool conversion)
@@ -44,8 +45,7 @@ void add_import_options(CommandLine& line, ImportOptions& options, bool conversi
 static std::string absolute_directory(const std::string& directory, const char* option)
 {
     std::error_code error;
-    if (!fs::is_directory(directory, error))
-        throw WrongUse(std::string(option) + ": " + shown_path(directory) + " is not a directory");
+    if (!fs::is_directory(directory, error)) throw WrongUse(message<"directory-wrong">(option, shown_path(directory)));
     fs::path path = fs::absolute(directory).lexically_normal();
     if (!path.has_filename() && path.has_relative_path()) path = path.parent_path(); // a slash at the end
     return path.string();
@@ -57,7 +57,7 @@ void prepare_imports(ImportOptions& options)
     if (!options.content_dir.empty()) options.content_dir = absolute_directory(options.content_dir, "--content-dir");
     for (std::string& directory : options.search_path) directory = absolute_directory(directory, "--search-path");
     if (!options.trace.empty() && !tv::set_trace_file(options.trace.c_str()))
-        throw Failure("cannot write the trace " + shown_path(options.trace) + ": " + std::strerror(errno));
+        throw Failure(message<"trace-unwritable">(shown_path(options.trace), std::strerror(errno)));
     if (options.debug_info) tv::set_environment("TV_WORKING_DIR", fs::current_path().string());
     if (const std::string directory = options_directory(); !directory.empty())
         call_plugin({{"initialize", directory, {}}});

@@ -5,18 +5,19 @@
 #include "host/failure.h"
 #include "host/finding/open_watch.h"
 #include "host/finding/search_path.h"
-#include "host/messages.h"
 #include "host/options_file.h"
 #include "host/path_display.h"
 #include "host/plugin_loader.h"
 #include "host/progress.h"
 #include "host/run_messages.h"
+#include "host/say.h"
 #include "lib/platform/files.h"
 #include "lib/services/host.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
 
+using messages::message;
 namespace fs = std::filesystem;
 
 namespace {
@@ -29,14 +30,14 @@ public:
         std::error_code error;
         before_ = fs::current_path(error);
         fs::current_path(directory, error);
-        if (error) throw Failure("cannot enter " + shown_path(directory) + ": " + error.message());
+        if (error) throw Failure(message<"directory-not-entered">(shown_path(directory), error.message()));
     }
     ~WorkingDirectory()
     {
         if (before_.empty()) return; // nobody knows where that was
         std::error_code error;
         fs::current_path(before_, error);
-        if (error) say(Level::warning, "cannot go back: " + error.message());
+        if (error) say(message<"directory-not-left">(error.message()));
     }
     WorkingDirectory(const WorkingDirectory&) = delete;
     WorkingDirectory& operator=(const WorkingDirectory&) = delete;
@@ -112,10 +113,7 @@ static bool convert(const fs::path& whole, const ImportOptions& options, ImportR
     services::clear();
     Progress progress(shown_path(whole.filename()), !options.no_progress && !options.quiet);
     services::Host host;
-    host.report = [&messages](int32_t level, std::string_view text) {
-        // The one that is told better behind the run, with the stored path and the places.
-        if (!text.starts_with("Could not locate Lightwave object file '")) messages.take(level, text);
-    };
+    host.report = [&messages](int32_t level, std::string_view text) { messages.take(level, text); };
     host.print = print_latin1;
     host.poll = [&progress](const Import_IO_Abort_Record& record) { return progress.reading(record); };
     services::set_host(std::move(host));
@@ -135,11 +133,11 @@ ImportRun import_file(const fs::path& input, const ImportOptions& options)
     ImportRun run;
     const std::string name = shown_path(input);
     run.head = read_head(input);
-    if (run.head.kind == FileKind::neither) throw Failure(name + " " + run.head.problem);
+    if (run.head.problem) throw Failure(*run.head.problem);
 
     std::error_code error;
     const fs::path whole = fs::absolute(input, error).lexically_normal();
-    if (error) throw Failure(name + ": " + error.message());
+    if (error) throw Failure(about(name, message<"input-path-wrong">(error.message())));
     run.directory = whole.parent_path().string();
     const WorkingDirectory here(run.directory);
 
@@ -151,9 +149,7 @@ ImportRun import_file(const fs::path& input, const ImportOptions& options)
     run.files.objects = named_objects(input, references);
 
     RunMessages messages(name);
-    if (run.head.scene_version >= 3)
-        messages.take(3, "this scene was written by version 6 or later: its motions have another layout, so that most "
-                         "of what it holds is lost");
+    if (run.head.scene_version >= 3) messages.take(message<"scene-of-later-version">());
     run.imported = convert(whole, options, run, messages);
     run.stopped = interrupted();
     if (run.stopped) run.imported = false;

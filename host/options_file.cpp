@@ -15,6 +15,7 @@
 
 namespace host {
 
+using messages::message;
 namespace fs = std::filesystem;
 
 static constexpr std::array<OptionKey, 9> keys = {{
@@ -49,8 +50,7 @@ std::string options_directory()
 std::string options_file_path()
 {
     const std::string directory = options_directory();
-    if (directory.empty())
-        throw Failure(std::string("there is no place for an options file: ") + platform::settings_problem());
+    if (directory.empty()) throw Failure(message<"options-without-place">(platform::settings_problem()));
     return directory + "imp_lw.ini";
 }
 
@@ -100,12 +100,12 @@ static std::string checked_value(const OptionKey& option, const std::string& val
     case OptionForm::flag:
         if (value == "1" || value == "yes" || value == "on" || value == "true") return "1";
         if (value == "0" || value == "no" || value == "off" || value == "false") return "0";
-        throw WrongUse(key + " takes 1 or 0, not '" + value + "'");
+        throw WrongUse(message<"options-flag-wrong">(key, value));
     case OptionForm::angle: {
         char* end = nullptr;
         const double angle = std::strtod(value.c_str(), &end);
         if (value.empty() || *end || !(angle >= 0 && angle <= 180))
-            throw WrongUse(key + " takes degrees from 0 to 180, not '" + value + "'");
+            throw WrongUse(message<"options-angle-wrong">(key, "0", "180", value));
         char text[32];
         std::snprintf(text, sizeof text, "%g", angle);
         return text;
@@ -114,13 +114,11 @@ static std::string checked_value(const OptionKey& option, const std::string& val
     }
     if (value.empty() || value == option.standard) return value;
     std::string place = platform::resolve(value);
-    if (place.empty() || !platform::is_directory(place)) throw WrongUse(key + ": '" + value + "' is not a directory");
+    if (place.empty() || !platform::is_directory(place)) throw WrongUse(message<"options-directory-wrong">(key, value));
     place = fs::absolute(place).lexically_normal().string();
     if (place.size() > max_value_bytes)
-        throw WrongUse(key + " takes at most " + std::to_string(max_value_bytes) + " bytes, '" + place + "' has " +
-                       std::to_string(place.size()) + "; use --content-dir");
-    if (place.find_first_of("\"\r\n") != std::string::npos)
-        throw WrongUse(key + " can't hold a quotation mark or a line end; use --content-dir");
+        throw WrongUse(message<"options-directory-too-long">(key, max_value_bytes, place, place.size()));
+    if (place.find_first_of("\"\r\n") != std::string::npos) throw WrongUse(message<"options-directory-unfit">(key));
     return place;
 }
 
@@ -146,7 +144,7 @@ void set_options_file_value(std::string_view key, std::string value)
         file.write(text.data(), text.size());
         file.commit();
     } catch (const std::exception& error) {
-        throw Failure(std::string("cannot write the options: ") + error.what());
+        throw Failure(message<"options-not-written">(error.what()));
     }
 }
 

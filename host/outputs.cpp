@@ -11,6 +11,7 @@
 
 namespace host {
 
+using messages::message;
 namespace fs = std::filesystem;
 
 static std::string lower_extension(const fs::path& path)
@@ -35,7 +36,7 @@ static std::vector<fs::path> files_below(const fs::path& directory)
         if (entry->is_regular_file(ignored) && read_head(entry->path()).kind != FileKind::neither)
             files.push_back(entry->path());
     }
-    if (error) throw Failure("cannot list " + shown_path(directory) + ": " + error.message());
+    if (error) throw Failure(message<"directory-unlistable">(shown_path(directory), error.message()));
     std::sort(files.begin(), files.end());
     return files;
 }
@@ -75,18 +76,15 @@ static Target target_of(const OutputOptions& options, bool single)
     std::error_code error;
     if (options.out == "-") {
         target.standard_output = true;
-        if (!single) throw WrongUse("-o - takes one input; give a directory (-o DIR/) for several");
+        if (!single) throw WrongUse(message<"output-for-one-input">("-"));
     } else if (!fs::path(options.out).has_filename() || fs::is_directory(options.out, error)) {
         target.directory = fs::absolute(options.out);
     } else {
         const std::string format = format_of(options.out);
-        if (format.empty())
-            throw WrongUse("cannot tell the kind of output from '" + shown_path(options.out) +
-                           "': it ends in none of .glb, .gltf and .json (a directory ends in /)");
+        if (format.empty()) throw WrongUse(message<"output-kind-unknown">(shown_path(options.out)));
         if (!options.format.empty() && options.format != format)
-            throw WrongUse("-o " + shown_path(options.out) + " and --format " + options.format +
-                           " contradict each other");
-        if (!single) throw WrongUse("-o FILE takes one input; give a directory (-o DIR/) for several");
+            throw WrongUse(message<"format-contradicts-output">(shown_path(options.out), options.format));
+        if (!single) throw WrongUse(message<"output-for-one-input">("FILE"));
         target.file = fs::absolute(options.out);
     }
     return target;
@@ -114,11 +112,11 @@ std::vector<Job> plan_jobs(const std::vector<std::string>& inputs, const OutputO
         }
         single = false;
         if (!options.recursive) {
-            jobs.push_back({input, {}, shown_path(input) + " is a directory; -r converts what is in it"});
+            jobs.push_back({input, {}, message<"input-directory-not-asked">(shown_path(input))});
             continue;
         }
         const std::vector<fs::path> files = files_below(input);
-        if (files.empty()) jobs.push_back({input, {}, "there are no Lightwave files in " + shown_path(input)});
+        if (files.empty()) jobs.push_back({input, {}, message<"directory-without-inputs">(shown_path(input))});
         for (const fs::path& file : files) sources.push_back({file, file.lexically_relative(input).parent_path()});
     }
     const Target target = target_of(options, single);
@@ -129,12 +127,12 @@ std::vector<Job> plan_jobs(const std::vector<std::string>& inputs, const OutputO
     for (const Source& source : sources) {
         fs::path output = output_of(source, target, stem_of(source.input));
         if (!single && wanted[output] > 1) output = output_of(source, target, source.input.filename().string());
-        Job job{source.input, output, ""};
+        Job job{source.input, output, {}};
         std::error_code error;
         if (!output.empty() && fs::equivalent(source.input, output, error))
-            job.problem = shown_path(source.input) + ": the result would overwrite its own input";
+            job.problem = about(shown_path(source.input), message<"output-over-input">());
         else if (!output.empty() && ++taken[output] > 1)
-            job.problem = shown_path(source.input) + ": " + shown_path(output) + " is another input's result already";
+            job.problem = about(shown_path(source.input), message<"output-taken">(shown_path(output)));
         jobs.push_back(std::move(job));
     }
     return jobs;

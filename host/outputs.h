@@ -2,15 +2,18 @@
 #pragma once
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "lib/messages/message.h"
 
 namespace host {
 
 struct Job {
     std::filesystem::path input;
-    std::filesystem::path output; // absolute; empty: standard output
-    std::string problem;          // not empty: why there is nothing to convert, a line for the user
+    std::filesystem::path output;             // absolute; empty: standard output
+    std::optional<messages::Message> problem; // why there is nothing to convert
 };
 
 struct OutputOptions {

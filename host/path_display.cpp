@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "host/progress.h"
 #include "lib/import/lw/base/object_extensions.h"
 #include "lib/platform/latin1.h"
 
@@ -20,23 +19,25 @@ static std::string_view without_object_extension(std::string_view place)
     return place;
 }
 
-std::string places_text(const std::vector<std::string>& tried, std::size_t most)
+PlaceLines place_lines(const std::vector<std::string>& tried, std::size_t most)
 {
-    std::string text = "  looked for:";
-    std::size_t lines = 0;
+    PlaceLines places;
     std::string_view stem; // of the last line
+    bool shown = false;    // the last line is among the first `most`
     for (const std::string& place : tried) {
         const std::string_view this_stem = without_object_extension(place);
-        if (lines > 0 && this_stem == stem) { // the same place with another extension
-            if (lines <= most && this_stem.size() < place.size()) text += ", " + place.substr(stem.size());
+        if (&place != &tried.front() && this_stem == stem) {
+            if (shown && this_stem.size() < place.size()) places.lines.back() += ", " + place.substr(stem.size());
             continue;
         }
         stem = this_stem;
-        if (++lines <= most) text += "\n    " + shown_path(place);
+        shown = places.lines.size() < most;
+        if (shown)
+            places.lines.push_back(shown_path(place));
+        else
+            ++places.more;
     }
-    if (lines > most)
-        text += "\n    and in " + counted(lines - most, "more place", "more places") + " (lwimport find lists all)";
-    return text;
+    return places;
 }
 
 } // namespace host

@@ -9,7 +9,13 @@ namespace host {
 
 std::string shown_path(const std::filesystem::path& path);
 
-// "looked for:" and the places, indented, each on its line; the first `most` of them.
-std::string places_text(const std::vector<std::string>& tried, std::size_t most);
+// Places where a file isn't: one that differs from the line before only in an object's extension stands behind it.
+struct PlaceLines {
+    std::vector<std::string> lines; // "/archive/Objects/ship, .lwo, .lw"
+    std::size_t more = 0;           // lines left away
+};
+PlaceLines place_lines(const std::vector<std::string>& tried, std::size_t most);
+
+inline constexpr std::size_t places_told = 24; // in a message; `find` prints all
 
 } // namespace host

@@ -10,6 +10,8 @@
 
 namespace host {
 
+using messages::message;
+
 bool is_integer_word(std::string_view name)
 {
     static constexpr std::array<std::string_view, 7> words = {
@@ -23,15 +25,15 @@ static Tavrin_Plugin_EntryPoint_Function entry_point()
     static Tavrin_Plugin_EntryPoint_Function function = nullptr;
     if (function) return function;
     const std::string directory = platform::library_directory();
-    if (directory.empty()) throw Failure("cannot tell where this program stands");
+    if (directory.empty()) throw Failure(message<"plugin-place-unknown">());
     const std::string path = directory + "/" + platform::library_name("imp_lw");
     // Never closed: the plug-in's option variables live as long as the library, and so does the program.
     std::string problem;
     void* const library = platform::load_library(path, problem);
-    if (!library) throw Failure("cannot load the plug-in: " + problem);
-    function = reinterpret_cast<Tavrin_Plugin_EntryPoint_Function>(
-        platform::library_symbol(library, "Tavrin_Plugin_EntryPoint"));
-    if (!function) throw Failure(path + " is not an import plug-in: it has no Tavrin_Plugin_EntryPoint");
+    if (!library) throw Failure(message<"plugin-not-loaded">(problem));
+    constexpr const char* name = "Tavrin_Plugin_EntryPoint";
+    function = reinterpret_cast<Tavrin_Plugin_EntryPoint_Function>(platform::library_symbol(library, name));
+    if (!function) throw Failure(message<"plugin-foreign">(path, name));
     return function;
 }
 

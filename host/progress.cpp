@@ -6,10 +6,14 @@
 #include <cstdlib>
 
 #include "host/failure.h"
-#include "host/messages.h"
+#include "host/say.h"
+#include "lib/messages/numbers.h"
 #include "lib/platform/console.h"
 
 namespace host {
+
+using messages::counted;
+using messages::grouped;
 
 static volatile std::sig_atomic_t interrupts = 0;
 
@@ -24,18 +28,6 @@ void catch_interrupts()
 bool interrupted()
 {
     return interrupts > 0;
-}
-
-std::string grouped(std::size_t number)
-{
-    std::string digits = std::to_string(number);
-    for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
-    return digits;
-}
-
-std::string counted(std::size_t number, const char* one, const char* many)
-{
-    return grouped(number) + " " + (number == 1 ? one : many);
 }
 
 Progress::~Progress()

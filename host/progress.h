@@ -33,10 +33,4 @@ private:
     std::chrono::steady_clock::time_point next_{};
 };
 
-// 3400 -> "3,400".
-std::string grouped(std::size_t number);
-
-// "1 object", "3,400 objects".
-std::string counted(std::size_t number, const char* one, const char* many);
-
 } // namespace host

@@ -8,16 +8,22 @@
 #include <vector>
 
 #include "host/finding/named_files.h"
+#include "lib/messages/message.h"
 
 namespace host {
 
-// The messages of the plug-in and its libraries on one file: each text once, repetitions counted.
+// What the plug-in or a library reports, as a message of ours: text in Latin-1, level 3 warning, 4 and 5 error. A
+// report that is known has its own code, others are passed on; a line of a scene that the text names stands in `where`.
+messages::Message reader_message(int32_t level, std::string_view latin1);
+
+// The messages on one file: each text once, repetitions counted.
 class RunMessages {
 public:
     explicit RunMessages(std::string name) : name_(std::move(name)) {} // of the file, UTF-8
 
-    void take(int32_t level, std::string_view latin1); // 3 warning, 4 and 5 error
-    void finish();                                     // tells the repetitions
+    void take(int32_t level, std::string_view latin1); // a report
+    void take(messages::Message message);
+    void finish(); // tells the repetitions
 
     std::size_t warnings = 0, errors = 0;
 

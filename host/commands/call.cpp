@@ -6,13 +6,15 @@
 #include "host/command_line.h"
 #include "host/commands/commands.h"
 #include "host/failure.h"
-#include "host/messages.h"
 #include "host/plugin_loader.h"
-#include "lib/platform/latin1.h"
+#include "host/run_messages.h"
+#include "host/say.h"
 #include "lib/services/host.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
+
+using messages::message;
 
 static Word parse_word(std::string_view argument)
 {
@@ -27,14 +29,9 @@ static Word parse_word(std::string_view argument)
     long long number = 0;
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
     if (error != std::errc{} || end != value.data() + value.size() || number < INTPTR_MIN || number > INTPTR_MAX)
-        throw WrongUse("the word " + word.name + " takes an integer, not '" + std::string(value) + "'");
+        throw WrongUse(message<"call-word-no-integer">(word.name, value));
     word.integer = static_cast<intptr_t>(number);
     return word;
-}
-
-static Level level_of(int32_t level)
-{
-    return level <= 3 ? Level::warning : Level::error;
 }
 
 int call_command(Arguments arguments)
@@ -53,16 +50,15 @@ int call_command(Arguments arguments)
     if (!line.parse(arguments.first(head))) return status_done;
     std::vector<Word> words;
     for (const char* const argument : arguments.subspan(head)) words.push_back(parse_word(argument));
-    if (words.empty() && plugin_directory.empty()) throw WrongUse("no WORD given; see lwimport call --help");
+    if (words.empty() && plugin_directory.empty()) throw WrongUse(message<"call-word-missing">());
 
     if (!trace.empty() && !tv::set_trace_file(trace.c_str()))
-        throw Failure("cannot write the trace " + trace + ": " + std::strerror(errno));
+        throw Failure(message<"trace-unwritable">(trace, std::strerror(errno)));
     services::Host host;
-    host.report = [](int32_t level, std::string_view text) { say(level_of(level), platform::latin1_to_utf8(text)); };
+    host.report = [](int32_t level, std::string_view text) { say(reader_message(level, text)); };
     host.print = print_latin1;
     services::set_host(std::move(host));
-    tv::set_report_sink(
-        [](void*, int32_t level, const char* text) { say(level_of(level), platform::latin1_to_utf8(text)); }, nullptr);
+    tv::set_report_sink([](void*, int32_t level, const char* text) { say(reader_message(level, text)); }, nullptr);
 
     if (!plugin_directory.empty()) call_plugin({{"initialize", plugin_directory, {}}});
     const int32_t result = call_plugin(std::move(words));

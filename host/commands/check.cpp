@@ -19,11 +19,16 @@ int check_command(Arguments arguments)
     if (!line.parse(arguments)) return status_done;
     int status = status_done;
     for (const std::string& input : inputs) {
-        const FileHead head = read_head(input);
+        FileHead head = read_head(input);
         const bool ours = call_plugin({{"validate_header", input, {}}}) == 1;
         if (!ours) status = status_failed;
-        const char* const kind = head.kind == FileKind::scene ? ": Lightwave scene" : ": Lightwave object";
-        std::printf("%s%s\n", shown_path(input).c_str(), ours ? kind : (": no, it " + head.problem).c_str());
+        std::string answer = head.kind == FileKind::scene ? "Lightwave scene" : "Lightwave object";
+        if (!ours) answer = "no";
+        if (!ours && head.problem) {
+            head.problem->values.front() = "it";
+            answer += ", " + messages::text(*head.problem);
+        }
+        std::printf("%s: %s\n", shown_path(input).c_str(), answer.c_str());
     }
     return status;
 }

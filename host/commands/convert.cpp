@@ -11,16 +11,18 @@
 #include "host/commands/commands.h"
 #include "host/failure.h"
 #include "host/import_run.h"
-#include "host/messages.h"
 #include "host/outputs.h"
 #include "host/path_display.h"
 #include "host/progress.h"
+#include "host/say.h"
 #include "lib/platform/console.h"
 #include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
 
+using messages::message;
+using messages::Message;
 namespace fs = std::filesystem;
 
 namespace {
@@ -86,33 +88,33 @@ static gltf::Options export_options(const ConvertOptions& options, const ImportR
 static void tell_missing_images(const gltf::Report& report, const ImportRun& run)
 {
     for (const gltf::MissingImage& image : report.missing_images) {
-        std::string stored = image.name, asked_by = image.surface;
-        const auto known =
-            std::find_if(run.files.images.begin(), run.files.images.end(),
-                         [&image](const FileReference& file) { return is_called(file.reference.stored, image.name); });
-        if (known != run.files.images.end()) {
+        std::string stored = image.name;
+        messages::Where asked_by{image.surface, 0, std::nullopt};
+        const std::vector<FileReference>& named = run.files.images;
+        const auto known = std::find_if(named.begin(), named.end(), [&image](const FileReference& file) {
+            return is_called(file.reference.stored, image.name);
+        });
+        if (known != named.end()) {
             stored = known->reference.stored;
             asked_by = known->asked_by;
         }
-        const std::string head = asked_by + ": ";
-        if (!image.unreadable.empty())
-            say(Level::warning, head + "cannot read the image " +
-                                    shown_path(image.tried.empty() ? stored : image.tried.back()) + ": " +
-                                    image.unreadable);
-        else
-            say(Level::warning,
-                head + "missing image " + platform::latin1_to_utf8(stored) + "\n" + places_text(image.tried, 24));
+        PlaceLines places = place_lines(image.tried, places_told);
+        Message told =
+            image.unreadable.empty()
+                ? message<"image-missing">(platform::latin1_to_utf8(stored), std::move(places.lines), places.more)
+                : message<"image-unreadable">(shown_path(image.tried.empty() ? stored : image.tried.back()),
+                                              image.unreadable);
+        told.where = std::move(asked_by);
+        say(told);
     }
 }
 
 static void tell_notes(const gltf::Report& report, const std::string& name)
 {
-    for (const gltf::Note& note : report.notes) {
-        const Level level = note.level == gltf::Note::Level::info      ? Level::note
-                            : note.level == gltf::Note::Level::warning ? Level::warning
-                                                                       : Level::error;
-        say(level, name + ": " + note.text);
-    }
+    for (const gltf::Note& note : report.notes)
+        say(about(name, note.level == gltf::Note::Level::info      ? message<"export-note">(note.text)
+                        : note.level == gltf::Note::Level::warning ? message<"export-warning">(note.text)
+                                                                   : message<"export-error">(note.text)));
 }
 
 static void tell_summary(const Job& job, double seconds)
@@ -129,23 +131,29 @@ static void tell_summary(const Job& job, double seconds)
     if (const tv::Id ambient = scene.find(tv::Kind::light, "defaultambient");
         ambient != tv::no_id && scene.lights[ambient].model != tv::LightModel::ambient)
         --lights; // it is there from the start, and no file made it
-    char time[32];
-    std::snprintf(time, sizeof time, "%.1f s", seconds);
     const std::string out = job.output.empty() ? "standard output" : shown_path(job.output.filename());
-    say(Level::note, shown_path(job.input) + " -> " + out + ": " + counted(objects, "object", "objects") + ", " +
-                         counted(polygons, "polygon", "polygons") + ", " + counted(lights, "light", "lights") + ", " +
-                         time);
+    say(message<"converted">(shown_path(job.input), out, objects, polygons, lights, seconds));
 }
 
-static std::string missing_text(const Totals& totals)
+static std::vector<Message> missing_files(const Totals& totals)
 {
-    std::string text;
+    std::vector<Message> missing;
     if (totals.missing_objects > 0)
-        text += grouped(totals.missing_objects) + " of " + counted(totals.objects, "object", "objects") + " missing";
-    if (totals.missing_images > 0)
-        text += (text.empty() ? "" : ", ") + grouped(totals.missing_images) + " of " +
-                counted(totals.images, "image", "images") + " missing";
-    return text;
+        missing.push_back(message<"objects-missing">(totals.missing_objects, totals.objects));
+    if (totals.missing_images > 0) missing.push_back(message<"images-missing">(totals.missing_images, totals.images));
+    return missing;
+}
+
+static void tell_totals(const Totals& totals, std::size_t files)
+{
+    std::vector<Message> missing = missing_files(totals);
+    if (files <= 1) {
+        if (!missing.empty()) say(message<"files-missing">(std::move(missing)));
+    } else if (interrupted()) {
+        say(message<"files-stopped">(files, totals.converted, totals.left_alone, totals.failed, std::move(missing)));
+    } else {
+        say(message<"files-done">(files, totals.converted, totals.left_alone, totals.failed, std::move(missing)));
+    }
 }
 
 // ---- one file ------------------------------------------------------------------------------------------------------
@@ -153,7 +161,7 @@ static std::string missing_text(const Totals& totals)
 static void write_to_standard_output(const std::vector<unsigned char>& bytes)
 {
     if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size() || std::fflush(stdout) != 0)
-        throw Failure(std::string("cannot write to standard output: ") + std::strerror(errno));
+        throw Failure(message<"standard-output-failed">(std::strerror(errno)));
 }
 
 static bool has_warnings(const gltf::Report& report)
@@ -167,7 +175,7 @@ static void make_directory_of(const fs::path& output)
 {
     std::error_code error;
     fs::create_directories(output.parent_path(), error);
-    if (error) throw Failure("cannot make the directory " + shown_path(output.parent_path()) + ": " + error.message());
+    if (error) throw Failure(message<"directory-not-made">(shown_path(output.parent_path()), error.message()));
 }
 
 static gltf::Report export_scene(const Job& job, const ConvertOptions& options, const gltf::Options& how)
@@ -197,11 +205,10 @@ static void convert_one(const Job& job, const ConvertOptions& options, Totals& t
     const ImportRun run = import_file(job.input, options.import);
     totals.objects += run.files.distinct_objects;
     totals.missing_objects += run.files.missing_objects;
-    if (run.stopped) throw Failure(name + ": stopped; nothing was written");
-    if (!run.imported && !options.keep_partial)
-        throw Failure(name + ": not converted (--keep-partial writes what could be read)");
+    if (run.stopped) throw Failure(about(name, message<"stopped">()));
+    if (!run.imported && !options.keep_partial) throw Failure(about(name, message<"not-converted">()));
     if (options.strict && (run.warnings + run.errors + run.files.missing_objects > 0))
-        throw Failure(name + ": not converted, since --strict lets no warning and no missing file pass");
+        throw Failure(about(name, message<"not-converted-strictly">()));
 
     gltf::Options how = export_options(options, run, job.input);
     gltf::Report report;
@@ -210,16 +217,15 @@ static void convert_one(const Job& job, const ConvertOptions& options, Totals& t
         how.progress = [&progress](std::size_t done, std::size_t total) { return progress.writing(done, total); };
         report = export_scene(job, options, how);
     }
-    if (report.stopped) throw Failure(name + ": stopped; nothing was written");
+    if (report.stopped) throw Failure(about(name, message<"stopped">()));
     tell_missing_images(report, run);
     tell_notes(report, name);
     totals.images += report.images_found + report.missing_images.size();
     totals.missing_images += report.missing_images.size();
-    if (options.strict && has_warnings(report))
-        throw Failure(name + ": not converted, since --strict lets no warning and no missing file pass");
+    if (options.strict && has_warnings(report)) throw Failure(about(name, message<"not-converted-strictly">()));
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
     tell_summary(job, seconds.count());
-    if (!run.imported) throw Failure(name + ": only a part of it could be read; that part was written");
+    if (!run.imported) throw Failure(about(name, message<"converted-partly">()));
 }
 
 // ---- the command ---------------------------------------------------------------------------------------------------
@@ -227,10 +233,9 @@ static void convert_one(const Job& job, const ConvertOptions& options, Totals& t
 static void check_options(const ConvertOptions& options)
 {
     const std::string& format = options.output.format;
-    if (!format.empty() && format_of("x." + format) != format)
-        throw WrongUse("--format takes glb, gltf or json, not '" + format + "'");
+    if (!format.empty() && format_of("x." + format) != format) throw WrongUse(message<"format-unknown">(format));
     if (options.output.out == "-" && (format.empty() || format == "glb") && platform::is_terminal(stdout))
-        throw WrongUse("standard output is a terminal, and a .glb file isn't text; send it to a file or a pipe");
+        throw WrongUse(message<"output-is-terminal">());
 }
 
 int convert_command(Arguments arguments)
@@ -248,32 +253,23 @@ int convert_command(Arguments arguments)
         if (interrupted()) break;
         try {
             std::error_code error;
-            if (!job.problem.empty()) throw Failure(job.problem);
+            if (job.problem) throw Failure(*job.problem);
             if (options.no_clobber && !job.output.empty() && fs::exists(job.output, error)) {
-                say(Level::note, shown_path(job.output) + " exists and is left alone");
+                say(message<"output-left-alone">(shown_path(job.output)));
                 ++totals.left_alone;
                 continue;
             }
             convert_one(job, options, totals);
             ++totals.converted;
         } catch (const std::bad_alloc&) {
-            say(Level::error, shown_path(job.input) + ": there isn't enough memory for it");
+            say(about(shown_path(job.input), message<"memory-short">()));
             ++totals.failed;
         } catch (const std::exception& error) {
-            say(Level::error, error.what());
+            say(message_of(error));
             ++totals.failed;
         }
     }
-    const std::string missing = missing_text(totals);
-    if (jobs.size() > 1) {
-        std::string text = counted(jobs.size(), "file", "files") + ": " + grouped(totals.converted) + " converted";
-        if (totals.left_alone > 0) text += ", " + grouped(totals.left_alone) + " left alone";
-        if (totals.failed > 0) text += ", " + grouped(totals.failed) + " failed";
-        if (interrupted()) text += ", stopped";
-        say(Level::note, missing.empty() ? text : text + "; " + missing);
-    } else if (!missing.empty()) {
-        say(Level::warning, missing);
-    }
+    tell_totals(totals, jobs.size());
     return totals.failed > 0 || interrupted() ? status_failed : status_done;
 }
 

@@ -9,10 +9,13 @@
 #include "host/commands/inspection.h"
 #include "host/import_run.h"
 #include "host/path_display.h"
-#include "host/progress.h"
+#include "lib/messages/numbers.h"
 #include "lib/platform/latin1.h"
 
 namespace host {
+
+using messages::counted;
+using messages::grouped;
 
 using Json = nlohmann::ordered_json;
 
@@ -46,21 +49,28 @@ static std::vector<Entry> distinct_entries(const ImportRun& run)
     return entries;
 }
 
+static std::string not_found_text(const std::vector<std::string>& tried)
+{
+    std::string text = "\n  not found\n  looked for:";
+    for (const std::string& line : place_lines(tried, tried.size()).lines) text += "\n    " + line;
+    return text;
+}
+
 static void print_text(const ImportRun& run, const std::vector<Entry>& entries)
 {
     std::printf("content directory: %s\n", shown_path(run.content_directory).c_str());
     std::size_t missing = 0;
     for (const Entry& entry : entries) {
         const FileReference& file = *entry.file;
-        std::string text =
-            file.asked_by + ": " + kind_name(file.reference) + " " + platform::latin1_to_utf8(file.reference.stored);
+        std::string text = file.asked_by.text() + ": " + kind_name(file.reference) + " " +
+                           platform::latin1_to_utf8(file.reference.stored);
         if (entry.times > 1) text += " (named " + grouped(entry.times) + " times)";
         if (!file.reached)
             text += "\n  not looked for: reading ended before";
         else if (!file.found.empty())
             text += "\n  found: " + shown_path(file.found);
         else
-            text += "\n  not found\n" + places_text(file.tried, file.tried.size());
+            text += not_found_text(file.tried);
         if (file.is_missing()) ++missing;
         std::printf("%s\n", text.c_str());
     }
@@ -76,7 +86,7 @@ static void print_json(const std::string& input, const ImportRun& run, const std
         for (const std::string& place : file.tried) tried.push_back(shown_path(place));
         list.push_back({{"kind", kind_name(file.reference)},
                         {"stored", platform::latin1_to_utf8(file.reference.stored)},
-                        {"asked_by", file.asked_by},
+                        {"asked_by", file.asked_by.text()},
                         {"times", entry.times},
                         {"looked_for", file.reached},
                         {"found", file.found.empty() ? Json(nullptr) : Json(shown_path(file.found))},

@@ -9,11 +9,14 @@
 #include "host/commands/inspection.h"
 #include "host/import_run.h"
 #include "host/path_display.h"
-#include "host/progress.h"
+#include "lib/messages/numbers.h"
 #include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
+
+using messages::counted;
+using messages::grouped;
 
 using Json = nlohmann::ordered_json;
 
@@ -199,7 +202,7 @@ static Json missing_json(const ImportRun& run)
             if (file.is_missing() && known.insert(file.reference.stored).second)
                 list.push_back({{"kind", file.reference.kind == ReferenceKind::object ? "object" : "image"},
                                 {"stored", utf8(file.reference.stored)},
-                                {"asked_by", file.asked_by}});
+                                {"asked_by", file.asked_by.text()}});
     return list;
 }
 

@@ -8,7 +8,7 @@
 
 #include "host/commands/commands.h"
 #include "host/failure.h"
-#include "host/messages.h"
+#include "host/say.h"
 #include "lib/platform/console.h"
 
 struct Command {
@@ -63,14 +63,14 @@ int main(int argc, char** argv)
     try {
         status = run(host::Arguments(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
     } catch (const host::WrongUse& error) {
-        host::say(host::Level::error, error.what());
+        host::say(host::message_of(error));
         status = host::status_wrong_use;
     } catch (const std::exception& error) {
-        host::say(host::Level::error, error.what());
+        host::say(host::message_of(error));
     }
     // Results that didn't get through are a failure, whatever the command thinks.
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        host::say(host::Level::error, "cannot write to standard output");
+        host::say(messages::message<"standard-output-failed">(""));
         if (status == host::status_done) status = host::status_failed;
     }
     return status;

@@ -6,14 +6,16 @@
 #include "host/command_line.h"
 #include "host/commands/commands.h"
 #include "host/failure.h"
-#include "host/messages.h"
 #include "host/options_file.h"
 #include "host/plugin_loader.h"
+#include "host/run_messages.h"
+#include "host/say.h"
 #include "lib/platform/dialog_obstacle.h"
-#include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
+
+using messages::message;
 
 static const OptionKey& key_called(const std::string& name)
 {
@@ -22,9 +24,7 @@ static const OptionKey& key_called(const std::string& name)
         if (option.key == name) return option;
         known.emplace_back(option.key);
     }
-    const std::string near = nearest_word(name, known);
-    throw WrongUse("no such option: " + name +
-                   (near.empty() ? "; lwimport options list shows them" : "; did you mean " + near + "?"));
+    throw WrongUse(message<"options-key-unknown">(name, nearest_word(name, known)));
 }
 
 static std::string value_of(const OptionKey& option)
@@ -43,7 +43,7 @@ static void reset()
 {
     std::error_code error;
     std::filesystem::remove(options_file_path(), error);
-    if (error) throw Failure("cannot remove " + options_file_path() + ": " + error.message());
+    if (error) throw Failure(message<"options-not-removed">(options_file_path(), error.message()));
 }
 
 // Messages wait until the dialog's screen is gone; true when there was an error.
@@ -52,7 +52,7 @@ static bool tell(const std::vector<std::pair<int32_t, std::string>>& messages)
     bool failed = false;
     for (const auto& [level, text] : messages) {
         failed = failed || level > 3;
-        say(level > 3 ? Level::error : Level::warning, platform::latin1_to_utf8(text));
+        say(reader_message(level, text));
     }
     return failed;
 }
@@ -61,7 +61,7 @@ static bool tell(const std::vector<std::pair<int32_t, std::string>>& messages)
 static int show(const char* command)
 {
     if (const std::string obstacle = platform::dialog_obstacle(); !obstacle.empty())
-        throw Failure(obstacle + "; lwimport options list, get, set and reset do without");
+        throw Failure(message<"dialog-impossible">(obstacle));
     const std::filesystem::path directory = std::filesystem::path(options_file_path()).parent_path();
     std::error_code ignored; // OK in the dialog tells what can't be written
     std::filesystem::create_directories(directory, ignored);
@@ -74,7 +74,7 @@ static int show(const char* command)
     const int32_t result = call_plugin({{"parent_hWnd"}, {"initialize", options_directory()}, {command}});
     tv::set_report_sink(nullptr, nullptr);
     if (tell(messages)) return status_failed;
-    if (result == 1) say(Level::note, "options written to " + options_file_path());
+    if (result == 1) say(message<"options-written">(options_file_path()));
     return status_done;
 }
 
@@ -100,16 +100,13 @@ int options_command(Arguments arguments)
     const std::string& verb = words[0];
     const std::vector<std::string> verbs = {"about", "list", "get", "set", "reset", "path"};
     if (std::find(verbs.begin(), verbs.end(), verb) == verbs.end()) {
-        const std::string near = nearest_word(verb, verbs);
-        throw WrongUse("no such word: options " + verb +
-                       (near.empty() ? "; see lwimport options --help" : "; did you mean " + near + "?"));
+        throw WrongUse(message<"options-verb-unknown">(verb, nearest_word(verb, verbs)));
     }
     const std::size_t wanted = verb == "get" ? 2 : verb == "set" ? 3 : 1;
     if (words.size() != wanted)
-        throw WrongUse("lwimport options " + verb +
-                       (wanted == 3   ? " takes a KEY and a VALUE"
-                        : wanted == 2 ? " takes a KEY"
-                                      : " takes no further words"));
+        throw WrongUse(wanted == 3   ? message<"options-needs-key-and-value">(verb)
+                       : wanted == 2 ? message<"options-needs-key">(verb)
+                                     : message<"options-needs-nothing">(verb));
     if (verb == "about") return show("show_about_dialog");
     if (verb == "list")
         list();

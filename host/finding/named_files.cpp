@@ -17,17 +17,19 @@ std::string file_key(const Reference& reference)
     return platform::lower_case(platform::last_element(reference.stored));
 }
 
+static messages::Where who_asks(const fs::path& file, const Reference& reference)
+{
+    messages::Where where{platform::shown_name(file.filename().string()), reference.line, std::nullopt};
+    if (reference.line == 0) where.surface = platform::latin1_to_utf8(reference.surface);
+    return where;
+}
+
 std::vector<FileReference> named_objects(const fs::path& scene, const std::vector<Reference>& references)
 {
     std::vector<FileReference> objects;
     for (const Reference& reference : references)
         if (reference.kind == ReferenceKind::object)
-            objects.push_back(
-                {reference,
-                 platform::shown_name(scene.filename().string()) + ", line " + std::to_string(reference.line),
-                 "",
-                 {},
-                 false});
+            objects.push_back({reference, who_asks(scene, reference), "", {}, false});
     return objects;
 }
 
@@ -56,10 +58,7 @@ void collect_images(NamedFiles& files, const fs::path& input, const std::vector<
 {
     const auto add = [&files](const fs::path& file, const Reference& reference) {
         if (files.images.size() >= max_references) return;
-        std::string asked_by = platform::shown_name(file.filename().string());
-        asked_by += reference.line > 0 ? ", line " + std::to_string(reference.line)
-                                       : ", surface " + platform::latin1_to_utf8(reference.surface);
-        files.images.push_back({reference, asked_by, "", {}, true});
+        files.images.push_back({reference, who_asks(file, reference), "", {}, true});
     };
     for (const Reference& reference : references)
         if (reference.kind == ReferenceKind::image) add(input, reference);

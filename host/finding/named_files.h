@@ -6,12 +6,13 @@
 #include <vector>
 
 #include "host/finding/references.h"
+#include "lib/messages/message.h"
 
 namespace host {
 
 struct FileReference {
     Reference reference;
-    std::string asked_by;           // UTF-8: "harbour.lws, line 12" or "ship.lwo, surface hull"
+    messages::Where asked_by;
     std::string found;              // the system's path; empty: not found
     std::vector<std::string> tried; // the places, in order, the one that succeeded last; empty where a file of the same
                                     // name had been read before

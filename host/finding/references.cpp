@@ -7,10 +7,13 @@
 #include <cstring>
 #include <memory>
 
+#include "lib/platform/latin1.h"
 #include "lib/platform/text.h"
 
 namespace host {
 
+using messages::message;
+using messages::Message;
 namespace fs = std::filesystem;
 
 struct CloseFile {
@@ -49,7 +52,7 @@ class SceneText {
 public:
     explicit SceneText(std::string_view text) : text_(text) {}
 
-    long line() const { return line_; }
+    std::size_t line() const { return line_; }
 
     // Empty at the end.
     std::string_view token()
@@ -86,7 +89,7 @@ private:
 
     std::string_view text_;
     std::size_t at_ = 0;
-    long line_ = 1;
+    std::size_t line_ = 1;
 };
 
 std::vector<Reference> scan_scene(const fs::path& file)
@@ -153,34 +156,33 @@ std::vector<Reference> scan_object(const fs::path& file)
 
 // ---- heads and names -----------------------------------------------------------------------------------------------
 
-static std::string problem_of(std::string_view head)
+static Message problem_of(const std::string& name, std::string_view head)
 {
     const std::string_view type = head.substr(0, 4) == "FORM" && head.size() >= 12 ? head.substr(8, 4) : "";
     const bool readable = std::all_of(type.begin(), type.end(), [](char c) { return c >= ' ' && c <= '~'; });
-    if (type == "LWO2" || type == "LWLO")
-        return "is an object of another kind (" + std::string(type) + "); only LWOB objects are read";
-    if (type == "LWOB") return "says that it holds nothing (its length is 0)";
-    if (!type.empty() && readable)
-        return "is an IFF file of type " + std::string(type) + ", not a Lightwave object or scene";
-    if (head.substr(0, 4) == "FORM") return "is cut off: it begins like a Lightwave object, but ends in its head";
-    return "is not a Lightwave object or scene";
+    if (type == "LWO2" || type == "LWLO") return message<"input-of-later-kind">(name, type);
+    if (type == "LWOB") return message<"input-holds-nothing">(name);
+    if (!type.empty() && readable) return message<"input-other-iff">(name, type);
+    if (head.substr(0, 4) == "FORM") return message<"input-cut-off">(name);
+    return message<"input-foreign">(name);
 }
 
 FileHead read_head(const fs::path& file)
 {
     FileHead head;
+    const std::string name = platform::shown_name(file.string());
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (status.type() == fs::file_type::not_found) {
-        head.problem = "does not exist";
+        head.problem = message<"input-missing">(name);
     } else if (error) {
-        head.problem = "cannot be read: " + error.message();
+        head.problem = message<"input-unreadable">(name, error.message());
     } else if (fs::is_directory(status)) {
-        head.problem = "is a directory";
+        head.problem = message<"input-directory">(name);
     } else if (!fs::is_regular_file(status)) {
-        head.problem = "is not a regular file";
+        head.problem = message<"input-irregular">(name);
     } else if (const File opened{std::fopen(file.string().c_str(), "rb")}; !opened) {
-        head.problem = std::string("cannot be read: ") + std::strerror(errno);
+        head.problem = message<"input-unreadable">(name, std::strerror(errno));
     } else {
         head.size = fs::file_size(file, error);
         if (error) head.size = 0;
@@ -197,9 +199,10 @@ FileHead read_head(const fs::path& file)
                    be32(front.substr(4, 4)) != 0) {
             head.kind = FileKind::object;
         } else if (front.empty()) {
-            head.problem = errno ? std::string("cannot be read: ") + std::strerror(errno) : "is empty";
+            head.problem =
+                errno ? message<"input-unreadable">(name, std::strerror(errno)) : message<"input-empty">(name);
         } else {
-            head.problem = problem_of(front);
+            head.problem = problem_of(name, front);
         }
     }
     return head;

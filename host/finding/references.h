@@ -5,9 +5,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "lib/messages/message.h"
 
 namespace host {
 
@@ -19,9 +22,9 @@ enum class FileKind : uint8_t { neither, scene, object };
 // What the first bytes say.
 struct FileHead {
     FileKind kind = FileKind::neither;
-    long scene_version = 0;  // the number on a scene's second line, 0 when there is none
-    std::uintmax_t size = 0; // bytes
-    std::string problem;     // neither: why not, as the end of a sentence that begins with the file's name
+    long scene_version = 0;                   // the number on a scene's second line, 0 when there is none
+    std::uintmax_t size = 0;                  // bytes
+    std::optional<messages::Message> problem; // neither: why not; the first value is the file's name
 };
 FileHead read_head(const std::filesystem::path& file);
 
@@ -29,9 +32,9 @@ enum class ReferenceKind : uint8_t { object, image };
 
 struct Reference {
     ReferenceKind kind = ReferenceKind::object;
-    std::string stored;  // Latin-1, as it stands in the file
-    std::string surface; // Latin-1; of an image in an object: who asks for it
-    long line = 0;       // of a scene, from 1, as an editor counts
+    std::string stored;   // Latin-1, as it stands in the file
+    std::string surface;  // Latin-1; of an image in an object: who asks for it
+    std::size_t line = 0; // of a scene, from 1, as an editor counts
 };
 
 // In the order of the file, doubles included, without "(none)". Empty for a file that can't be read.

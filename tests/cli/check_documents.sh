@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Every long option that some --help tells of stands in the manual page, in the completion and in docs/user/2-options.md,
-# and those tell of no other: check_documents.sh PROGRAM SOURCE_DIR
+# and those tell of no other; and each message of docs/user/6-messages.md is told somewhere:
+# check_documents.sh PROGRAM SOURCE_DIR
 set -u
 program=$1 source=$2
 options_in() { grep -oE -- '--[a-z][a-z-]+' | sort -u; }
@@ -18,5 +19,8 @@ for document in docs/man/lwimport.1 completions/lwimport.bash docs/user/2-option
     fi
 done
 [ -s helped.tmp ] && [ "$(wc -l <helped.tmp)" -gt 20 ] || { echo 'the help tells of hardly any options'; failed=1; }
+for code in $(sed -n 's/^| `\([a-z-]*\)` |.*/\1/p' "$source/docs/user/6-messages.md"); do
+    grep -rq "message<\"$code\">" "$source/host" "$source/export" || { echo "nobody tells $code"; failed=1; }
+done
 rm -f helped.tmp told.tmp
 exit $failed

@@ -1,4 +1,4 @@
-#include "host/messages.h"
+#include "host/say.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -17,7 +17,7 @@ static bool terminal()
     return is_terminal;
 }
 
-bool uses_color()
+static bool uses_color()
 {
     static const bool color = [] {
         const char* const no_color = std::getenv("NO_COLOR");
@@ -43,17 +43,20 @@ static void put(const std::string& text)
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
-void say(Level level, std::string_view text)
+void say(const messages::Message& message)
 {
-    if (level == Level::note && quiet) return;
+    const messages::Level level = message.row->level;
+    if (level <= messages::Level::info && quiet) return;
+    const std::string line = messages::line(message);
+    std::string_view text = line;
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
-    std::string line;
-    if (level != Level::note) {
-        const bool error = level == Level::error;
+    std::string head;
+    if (level > messages::Level::info) {
+        const bool error = level == messages::Level::error;
         const char* const word = error ? "error: " : "warning: ";
-        line = uses_color() ? std::string(error ? "\033[1;31m" : "\033[1;33m") + word + "\033[0m" : word;
+        head = uses_color() ? std::string(error ? "\033[1;31m" : "\033[1;33m") + word + "\033[0m" : word;
     }
-    put(line + without_controls(text) + "\n");
+    put(head + without_controls(text) + "\n");
 }
 
 void print_latin1(std::string_view text)

@@ -1,0 +1,185 @@
+// Every message that is ours to word, whoever says it: the program, its exporters and what stands between. The plug-in's
+// own texts pass through `reader-warning` and `reader-error`. docs/user/6-messages.md is made from here.
+#pragma once
+#include <iterator>
+#include <span>
+
+#include "lib/messages/row.h"
+
+namespace messages {
+
+using enum Level;
+
+// ---- wrong use: the exit status is 2 -------------------------------------------------------------------------------
+
+inline constexpr Row wrong_use_rows[] = {
+    {"option-unknown", error, "no such option: {option}[; did you mean {near}?|; see --help]"},
+    {"arguments-wrong", error, "{problem}; see --help"},
+    {"argument-too-many", error, "'{argument}' is one argument too many; see --help"},
+    {"argument-missing", error, "no {kind} given; see --help"},
+    {"value-no-number", part, "'{value}' is not a number"},
+    {"value-out-of-range", part, "{value} is outside {low} to {high}"},
+    {"directory-wrong", error, "{option}: {path} is not a directory"},
+    {"format-unknown", error, "--format takes glb, gltf or json, not '{format}'"},
+    {"format-contradicts-output", error, "-o {out} and --format {format} contradict each other"},
+    {"output-kind-unknown", error,
+     "cannot tell the kind of output from '{out}': it ends in none of .glb, .gltf and .json (a directory ends in /)"},
+    {"output-for-one-input", error, "-o {out} takes one input; give a directory (-o DIR/) for several"},
+    {"output-is-terminal", error,
+     "standard output is a terminal, and a .glb file isn't text; send it to a file or a pipe"},
+    {"call-word-missing", error, "no WORD given; see lwimport call --help"},
+    {"call-word-no-integer", error, "the word {word} takes an integer, not '{value}'"},
+    {"options-verb-unknown", error,
+     "no such word: options {word}[; did you mean {near}?|; see lwimport options --help]"},
+    {"options-needs-key-and-value", error, "lwimport options {word} takes a KEY and a VALUE"},
+    {"options-needs-key", error, "lwimport options {word} takes a KEY"},
+    {"options-needs-nothing", error, "lwimport options {word} takes no further words"},
+    {"options-key-unknown", error, "no such option: {key}[; did you mean {near}?|; lwimport options list shows them]"},
+    {"options-flag-wrong", error, "{key} takes 1 or 0, not '{value}'"},
+    {"options-angle-wrong", error, "{key} takes degrees from {low} to {high}, not '{value}'"},
+    {"options-directory-wrong", error, "{key}: '{value}' is not a directory"},
+    {"options-directory-too-long", error,
+     "{key} takes at most {most:#} bytes, '{path}' has {bytes:#}; use --content-dir"},
+    {"options-directory-unfit", error, "{key} can't hold a quotation mark or a line end; use --content-dir"},
+};
+
+// ---- inputs --------------------------------------------------------------------------------------------------------
+
+inline constexpr Row input_rows[] = {
+    {"input-missing", error, "{file} does not exist"},
+    {"input-unreadable", error, "{file} cannot be read: {reason}"},
+    {"input-directory", error, "{file} is a directory"},
+    {"input-directory-not-asked", error, "{file} is a directory; -r converts what is in it"},
+    {"input-irregular", error, "{file} is not a regular file", "Devices and pipes aren't read."},
+    {"input-empty", error, "{file} is empty"},
+    {"input-of-later-kind", error, "{file} is an object of another kind ({type}); only LWOB objects are read",
+     "A program that reads the newer kind can save it as LWOB."},
+    {"input-holds-nothing", error, "{file} says that it holds nothing (its length is 0)"},
+    {"input-other-iff", error, "{file} is an IFF file of type {type}, not a Lightwave object or scene"},
+    {"input-cut-off", error, "{file} is cut off: it begins like a Lightwave object, but ends in its head"},
+    {"input-foreign", error, "{file} is not a Lightwave object or scene"},
+    {"input-path-wrong", error, "{reason}"},
+    {"directory-unlistable", error, "cannot list {directory}: {reason}"},
+    {"directory-without-inputs", error, "there are no Lightwave files in {directory}",
+     "Files are told by their content, not by their names."},
+    {"directory-not-entered", error, "cannot enter {directory}: {reason}"},
+    {"directory-not-left", warning, "cannot go back: {reason}"},
+};
+
+// ---- files that an input names -------------------------------------------------------------------------------------
+
+inline constexpr Row named_file_rows[] = {
+    {"object-missing", warning,
+     "missing object {stored}, a null object takes its place[ (named {times:,} times)]\n"
+     "  looked for:{places:lines}[\n    and in {more:,more place|more places} (lwimport find lists all)]",
+     "Name its directory: `--content-dir` for the one that stored paths are relative to, `--search-path` for any "
+     "other."},
+    {"image-missing", warning,
+     "missing image {stored}\n"
+     "  looked for:{places:lines}[\n    and in {more:,more place|more places} (lwimport find lists all)]",
+     "As for objects. The surface keeps its plain values."},
+    {"image-unreadable", warning, "cannot read the image {file}: {reason}",
+     "Save it as PNG under the same name: the kind is told by the content."},
+    {"objects-missing", part, "{missing:,} of {all:,object|objects} missing"},
+    {"images-missing", part, "{missing:,} of {all:,image|images} missing"},
+    {"files-missing", warning, "{missing:parts}", "The last line of a conversion; the lines before it name each."},
+};
+
+// ---- reading -------------------------------------------------------------------------------------------------------
+
+inline constexpr Row reading_rows[] = {
+    {"reader-warning", warning, "{text}", "The reader's own words. It goes on.", true},
+    {"reader-error", error, "{text}", "The reader's own words. What they are about is left out, or the reading ends.",
+     true},
+    {"reader-object-missing", error, "{text}", "Printed by `lwimport call`; a conversion tells `object-missing`.",
+     true},
+    {"reader-repeated", info, "{times:,} more times: {text}"},
+    {"reader-not-shown", info, "{messages:,message|messages} not shown", "One file gets at most 100 different ones."},
+    {"scene-of-later-version", warning,
+     "this scene was written by version 6 or later: its motions have another layout, so that most of what it holds is "
+     "lost",
+     "A program that reads it can save it as version 1."},
+};
+
+// ---- a conversion and its output -----------------------------------------------------------------------------------
+
+inline constexpr Row conversion_rows[] = {
+    {"converted", info,
+     "{input} -> {output}: {objects:,object|objects}, {polygons:,polygon|polygons}, {lights:,light|lights}, "
+     "{seconds:.1} s"},
+    {"output-left-alone", info, "{output} exists and is left alone", "`--no-clobber` asks for it."},
+    {"output-over-input", error, "the result would overwrite its own input", "Name another output with `-o`."},
+    {"output-taken", error, "{output} is another input's result already"},
+    {"not-converted", error, "not converted (--keep-partial writes what could be read)",
+     "The messages before say why. An old output stays as it was."},
+    {"not-converted-strictly", error, "not converted, since --strict lets no warning and no missing file pass"},
+    {"converted-partly", error, "only a part of it could be read; that part was written"},
+    {"stopped", error, "stopped; nothing was written"},
+    {"memory-short", error, "there isn't enough memory for it"},
+    {"files-done", info,
+     "{files:,file|files}: {converted:,} converted[, {left:,} left alone][, {failed:,} failed][; {missing:parts}]"},
+    {"files-stopped", info,
+     "{files:,file|files}: {converted:,} converted[, {left:,} left alone][, {failed:,} failed], stopped"
+     "[; {missing:parts}]"},
+    {"directory-not-made", error, "cannot make the directory {directory}: {reason}"},
+    {"standard-output-failed", error, "cannot write to standard output[: {reason}]"},
+};
+
+// ---- glTF ----------------------------------------------------------------------------------------------------------
+
+inline constexpr Row gltf_rows[] = {
+    {"export-note", info, "{text}"},
+    {"export-warning", warning, "{text}"},
+    {"export-error", error, "{text}"},
+};
+
+// ---- the program itself --------------------------------------------------------------------------------------------
+
+inline constexpr Row program_rows[] = {
+    {"plugin-place-unknown", error, "cannot tell where this program stands"},
+    {"plugin-not-loaded", error, "cannot load the plug-in: {reason}",
+     "It stands beside the program's other libraries, as it was installed."},
+    {"plugin-foreign", error, "{file} is not an import plug-in: it has no {function}"},
+    {"trace-unwritable", error, "cannot write the trace {file}: {reason}"},
+    {"dialog-impossible", error, "{obstacle}; lwimport options list, get, set and reset do without"},
+    {"options-written", info, "options written to {file}"},
+    {"options-not-written", error, "cannot write the options: {reason}"},
+    {"options-not-removed", error, "cannot remove {file}: {reason}"},
+    {"options-without-place", error, "there is no place for an options file: {reason}"},
+    {"unexpected", error, "{reason}"},
+};
+
+// ---- all of them ---------------------------------------------------------------------------------------------------
+
+struct Section {
+    std::string_view title;
+    std::span<const Row> rows;
+};
+inline constexpr Section sections[] = {
+    {"Wrong use", wrong_use_rows},
+    {"Inputs", input_rows},
+    {"Files that an input names", named_file_rows},
+    {"Reading", reading_rows},
+    {"Conversion and output", conversion_rows},
+    {"glTF", gltf_rows},
+    {"The program", program_rows},
+};
+
+constexpr const Row& row_of(std::string_view code)
+{
+    for (const Section& section : sections)
+        for (const Row& row : section.rows)
+            if (row.code == code) return row;
+    throw "no such code in the table of messages";
+}
+
+constexpr bool is_sound()
+{
+    for (const Section& section : sections)
+        for (const Row& row : section.rows)
+            if (!is_well_formed(row.text) || &row_of(row.code) != &row) return false;
+    return true;
+}
+static_assert(is_sound(), "a text isn't well-formed, or a code stands twice");
+
+} // namespace messages
