@@ -10,19 +10,13 @@
 #include "export/gltf/scene/lights.h"
 #include "export/gltf/scene/nodes.h"
 #include "lib/platform/atomic_file.h"
+#include "lib/platform/text.h"
 
 namespace gltf {
 
 namespace {
 
 struct Stopped {}; // thrown through the exporter's own frames where Options::progress says so
-
-std::string lower_case(std::string text)
-{
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return text;
-}
 
 Json json_extras(const tv::Scene& scene, const Options& options)
 {
@@ -34,8 +28,7 @@ Json json_extras(const tv::Scene& scene, const Options& options)
     return extras;
 }
 
-// First stage: the scene as plain tables.
-void make_tables(const tv::Scene& scene, const Options& options, Tables& tables, Report& report)
+void fill_tables(const tv::Scene& scene, const Options& options, Tables& tables, Report& report)
 {
     if (!(options.scale > 0) || !std::isfinite(options.scale))
         throw std::runtime_error("the scale has to be a number above 0");
@@ -68,64 +61,46 @@ void make_tables(const tv::Scene& scene, const Options& options, Tables& tables,
 
 } // namespace
 
-Report write_scene(const tv::Scene& scene, const std::filesystem::path& out, const Options& options)
+MadeTables make_tables(const tv::Scene& scene, const Options& options)
 {
-    Report report;
-    const std::string ending = lower_case(out.extension().string());
-    if (ending == ".json") {
-        const std::string text = dump_scene(scene);
-        platform::AtomicFile file(out);
-        file.write(text.data(), text.size());
-        file.commit();
-        return report;
-    }
-    if (ending != ".glb" && ending != ".gltf")
-        throw std::runtime_error("can't tell what to write from the name '" + out.string() +
-                                 "': it has to end in .glb, .gltf or .json");
+    MadeTables made;
     try {
-        Tables tables;
-        make_tables(scene, options, tables, report);
-        if (ending == ".glb") {
-            platform::AtomicFile file(out);
-            write_glb(tables, [&](const void* bytes, std::size_t size) { file.write(bytes, size); });
-            file.commit();
-        } else {
-            write_gltf_files(tables, out);
-        }
+        fill_tables(scene, options, made.tables, made.report);
     } catch (const Stopped&) {
-        report.stopped = true;
+        made.report.stopped = true;
     }
-    return report;
+    return made;
 }
 
-Report write_scene(const tv::Scene& scene, const std::string& format, const Options& options,
-                   std::vector<unsigned char>& bytes)
+void write_file(const Tables& tables, const std::filesystem::path& out)
 {
-    Report report;
-    bytes.clear();
+    const std::string name = out.string();
+    if (platform::ends_in_any_case(name, ".glb")) {
+        platform::AtomicFile file(out);
+        write_glb(tables, [&](const void* bytes, std::size_t size) { file.write(bytes, size); });
+        file.commit();
+    } else if (platform::ends_in_any_case(name, ".gltf")) {
+        write_gltf_files(tables, out);
+    } else {
+        throw std::runtime_error("can't tell what to write from the name '" + name +
+                                 "': it has to end in .glb or .gltf");
+    }
+}
+
+std::vector<unsigned char> file_bytes(const Tables& tables, const std::string& format)
+{
+    std::vector<unsigned char> bytes;
     const auto sink = [&](const void* data, std::size_t size) {
         const auto* const from = static_cast<const unsigned char*>(data);
         bytes.insert(bytes.end(), from, from + size);
     };
-    if (format == "json") {
-        const std::string text = dump_scene(scene);
-        sink(text.data(), text.size());
-        return report;
-    }
-    if (format != "glb" && format != "gltf")
-        throw std::runtime_error("unknown format '" + format + "': there are glb, gltf and json");
-    try {
-        Tables tables;
-        make_tables(scene, options, tables, report);
-        if (format == "glb")
-            write_glb(tables, sink);
-        else
-            write_self_contained_gltf(tables, sink);
-    } catch (const Stopped&) {
-        report.stopped = true;
-        bytes.clear();
-    }
-    return report;
+    if (format == "glb")
+        write_glb(tables, sink);
+    else if (format == "gltf")
+        write_self_contained_gltf(tables, sink);
+    else
+        throw std::runtime_error("unknown format '" + format + "': there are glb and gltf");
+    return bytes;
 }
 
 } // namespace gltf

@@ -1,4 +1,5 @@
-// Scene -> glTF 2.0. Reads the toolkit's scene, knows nothing of the formats it came from.
+// Scene -> glTF 2.0, in two steps: the scene as plain tables, and tables as bytes. Reads the toolkit's scene, knows
+// nothing of the formats it came from.
 #pragma once
 #include <filesystem>
 #include <string>
@@ -6,21 +7,26 @@
 
 #include "export/gltf/base/options.h"
 #include "export/gltf/base/report.h"
+#include "export/gltf/file/tables.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 
-// Writes `out`, whose ending decides: .glb (everything inside), .gltf (with a .bin beside it, and image files), .json
-// (the scene as the toolkit holds it, complete). Each file is written to a temporary one beside its target and
-// renamed, so that a failure leaves what was there before. Throws std::runtime_error with one clear line (UTF-8) when
-// something can't be written or the scene has no place in the format.
-Report write_scene(const tv::Scene& scene, const std::filesystem::path& out, const Options& options);
+struct MadeTables {
+    Tables tables; // with report.stopped: a part, of which no file should be made
+    Report report;
+};
 
-// The same as one block of bytes, for standard output: format "glb", "gltf" (buffers and images as data URIs) or "json".
-Report write_scene(const tv::Scene& scene, const std::string& format, const Options& options,
-                   std::vector<unsigned char>& bytes);
+// All that there is to complain of is in the report, before anything is written. Throws std::runtime_error with one
+// clear line (UTF-8) when the scene has no place in the format.
+MadeTables make_tables(const tv::Scene& scene, const Options& options);
 
-// The .json form: every field of scene.h, in the order in which it stands there. UTF-8 text.
-std::string dump_scene(const tv::Scene& scene);
+// Writes `out`, whose ending decides: .glb (everything inside) or .gltf (with a .bin beside it, and image files). Each
+// file is written to a temporary one beside its target and renamed, so that a failure leaves what was there before.
+// Throws std::runtime_error with one clear line (UTF-8) when something can't be written.
+void write_file(const Tables& tables, const std::filesystem::path& out);
+
+// The same as one block of bytes, for standard output: format "glb", or "gltf" (buffers and images as data URIs).
+std::vector<unsigned char> file_bytes(const Tables& tables, const std::string& format);
 
 } // namespace gltf

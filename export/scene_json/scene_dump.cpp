@@ -1,14 +1,15 @@
-// The scene as JSON, field by field, in the order in which scene.h has them. Things are lines, so that a diff tells
-// which one changed. Numbers that JSON doesn't know stand as "nan", "inf" and "-inf"; references as a name, or null.
+#include "export/scene_json/scene_dump.h"
+
 #include <cmath>
 
-#include "export/gltf/file/gltf_json.h"
-#include "export/gltf/writer.h"
+#include "export/json_text.h"
 #include "lib/platform/latin1.h"
 
-namespace gltf {
+namespace scene_json {
 
 namespace {
+
+using json_text::Json;
 
 Json text(const std::string& latin1)
 {
@@ -19,7 +20,7 @@ Json number(float value)
 {
     if (std::isnan(value)) return "nan";
     if (std::isinf(value)) return value < 0 ? "-inf" : "inf";
-    return short_number(static_cast<double>(value));
+    return json_text::short_number(value);
 }
 
 template <typename Range>
@@ -277,44 +278,34 @@ Json backdrop_json(const tv::Backdrop& backdrop)
 }
 
 template <typename Things, typename ToJson>
-void list(std::string& out, const char* name, const Things& things, const ToJson& to_json)
+void list(json_text::Object& file, const char* name, const Things& things, const ToJson& to_json)
 {
-    out += "  \"";
-    out += name;
-    out += "\": [";
-    const char* between = "\n    ";
-    for (const auto& thing : things) {
-        out += between;
-        out += to_json(thing).dump();
-        between = ",\n    ";
-    }
-    out += things.empty() ? "],\n" : "\n  ],\n";
+    file.array(name, things.size(), [&](std::size_t i) { return to_json(things[i]); });
 }
 
 } // namespace
 
 std::string dump_scene(const tv::Scene& scene)
 {
-    std::string out = "{\n";
-    list(out, "objects", scene.objects, [&](const tv::Object& object) { return object_json(scene, object); });
-    list(out, "instances", scene.instances,
+    json_text::Object file(true);
+    list(file, "objects", scene.objects, [&](const tv::Object& object) { return object_json(scene, object); });
+    list(file, "instances", scene.instances,
          [&](const tv::Instance& instance) { return instance_json(scene, instance); });
-    list(out, "surfaces", scene.surfaces, [&](const tv::Surface& surface) { return surface_json(scene, surface); });
-    list(out, "textures", scene.textures, texture_json);
-    list(out, "lights", scene.lights, light_json);
-    list(out, "cameras", scene.cameras, camera_json);
-    out += "  \"backdrop\": " + backdrop_json(scene.backdrop).dump() + ",\n";
+    list(file, "surfaces", scene.surfaces, [&](const tv::Surface& surface) { return surface_json(scene, surface); });
+    list(file, "textures", scene.textures, texture_json);
+    list(file, "lights", scene.lights, light_json);
+    list(file, "cameras", scene.cameras, camera_json);
+    file.member("backdrop", backdrop_json(scene.backdrop));
     const tv::TimeLine& line = scene.time_line;
-    const Json time_line = {{"length", line.length},
-                            {"start", line.start},
-                            {"end", line.end},
-                            {"current", line.current},
-                            {"framePause", line.frame_pause},
-                            {"frameStep", line.frame_step},
-                            {"frameRate", line.frame_rate}};
-    out += "  \"timeLine\": " + time_line.dump() + ",\n";
-    out += "  \"resolution\": " + Json(scene.resolution).dump() + "\n}\n";
-    return out;
+    file.member("timeLine", {{"length", line.length},
+                             {"start", line.start},
+                             {"end", line.end},
+                             {"current", line.current},
+                             {"framePause", line.frame_pause},
+                             {"frameStep", line.frame_step},
+                             {"frameRate", line.frame_rate}});
+    file.member("resolution", scene.resolution);
+    return file.finish();
 }
 
-} // namespace gltf
+} // namespace scene_json

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "export/gltf/writer.h"
+#include "export/scene_json/scene_dump.h"
 #include "host/command_line.h"
 #include "host/commands/commands.h"
 #include "host/failure.h"
@@ -15,6 +16,7 @@
 #include "host/path_display.h"
 #include "host/progress.h"
 #include "host/say.h"
+#include "lib/platform/atomic_file.h"
 #include "lib/platform/console.h"
 #include "lib/platform/latin1.h"
 #include "lib/toolkit/scene/scene.h"
@@ -158,9 +160,9 @@ static void tell_totals(const Totals& totals, std::size_t files)
 
 // ---- one file ------------------------------------------------------------------------------------------------------
 
-static void write_to_standard_output(const std::vector<unsigned char>& bytes)
+static void write_to_standard_output(const void* bytes, std::size_t size)
 {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) != bytes.size() || std::fflush(stdout) != 0)
+    if (std::fwrite(bytes, 1, size, stdout) != size || std::fflush(stdout) != 0)
         throw Failure(message<"standard-output-failed">(std::strerror(errno)));
 }
 
@@ -180,21 +182,32 @@ static void make_directory_of(const fs::path& output)
 
 static gltf::Report export_scene(const Job& job, const ConvertOptions& options, const gltf::Options& how)
 {
-    const std::string format = !options.output.format.empty() ? options.output.format : "glb";
-    std::vector<unsigned char> bytes;
-    if (!job.output.empty() && !options.strict) {
+    const bool to_file = !job.output.empty();
+    const std::string format = to_file                          ? format_of(job.output)
+                               : !options.output.format.empty() ? options.output.format
+                                                                : "glb";
+    if (format == "json") {
+        const std::string text = scene_json::dump_scene(tv::scene());
+        if (to_file) {
+            make_directory_of(job.output);
+            platform::AtomicFile file(job.output);
+            file.write(text.data(), text.size());
+            file.commit();
+        } else {
+            write_to_standard_output(text.data(), text.size());
+        }
+        return {};
+    }
+    gltf::MadeTables made = gltf::make_tables(tv::scene(), how);
+    if (made.report.stopped || (options.strict && has_warnings(made.report))) return made.report;
+    if (to_file) {
         make_directory_of(job.output);
-        return gltf::write_scene(tv::scene(), job.output, how);
+        gltf::write_file(made.tables, job.output);
+    } else {
+        const std::vector<unsigned char> bytes = gltf::file_bytes(made.tables, format);
+        write_to_standard_output(bytes.data(), bytes.size());
     }
-    // Strict: all that there is to complain of has to be known before the first file is made.
-    gltf::Report report = gltf::write_scene(tv::scene(), format, how, bytes);
-    if (report.stopped || (options.strict && has_warnings(report))) return report;
-    if (job.output.empty()) {
-        write_to_standard_output(bytes);
-        return report;
-    }
-    make_directory_of(job.output);
-    return gltf::write_scene(tv::scene(), job.output, how);
+    return std::move(made.report);
 }
 
 // Throws Failure unless the file was read and written whole.

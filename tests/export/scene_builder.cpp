@@ -111,7 +111,9 @@ fs::path Export::file_name(const std::string& ending, const std::string& suffix)
 GltfFile Export::write(const gltf::Options& options)
 {
     const fs::path path = file_name(".glb");
-    report = gltf::write_scene(tv::scene(), path, options);
+    gltf::MadeTables made = gltf::make_tables(tv::scene(), options);
+    report = std::move(made.report);
+    gltf::write_file(made.tables, path);
     return GltfFile::read(path);
 }
 

@@ -178,7 +178,7 @@ TEST_F(Textured, ImagesStandBesideAGltfFile)
 {
     layer("layer 1", "color");
     project("one", 2);
-    gltf::write_scene(tv::scene(), file_name(".gltf"), options);
+    gltf::write_file(gltf::make_tables(tv::scene(), options).tables, file_name(".gltf"));
     std::ifstream in(file_name(".gltf"));
     const auto json = nlohmann::json::parse(in);
     const std::string image = json["images"][0]["uri"];

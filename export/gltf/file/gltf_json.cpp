@@ -1,72 +1,22 @@
 #include "export/gltf/file/gltf_json.h"
 
-#include <charconv>
-#include <functional>
+#include <array>
+#include <span>
 
 namespace gltf {
 
-double short_number(double value)
-{
-    const float narrow = file_float(value);
-    char text[64];
-    const auto end = std::to_chars(text, text + sizeof text, narrow).ptr;
-    double result = 0;
-    std::from_chars(text, end, result);
-    return result;
-}
-
 namespace {
 
-// The top-level object, written piece by piece: only one element at a time is held as a JSON value, since a scene may
-// have a million nodes.
-class Writer {
-public:
-    explicit Writer(bool lines) : lines_(lines) { text_ = "{"; }
-
-    void member(const char* name, const Json& value)
-    {
-        key(name);
-        text_ += value.dump();
-    }
-    void array(const char* name, std::size_t count, const std::function<Json(std::size_t)>& element)
-    {
-        if (count == 0) return; // glTF knows no empty arrays
-        key(name);
-        text_ += '[';
-        for (std::size_t i = 0; i < count; ++i) {
-            if (i != 0) text_ += ',';
-            if (lines_) text_ += "\n    ";
-            text_ += element(i).dump();
-        }
-        text_ += lines_ ? "\n  ]" : "]";
-    }
-    std::string finish()
-    {
-        text_ += lines_ ? "\n}\n" : "}";
-        return std::move(text_);
-    }
-
-private:
-    void key(const char* name)
-    {
-        if (!first_) text_ += ',';
-        first_ = false;
-        if (lines_) text_ += "\n  ";
-        text_ += '"';
-        text_ += name;
-        text_ += lines_ ? "\": " : "\":";
-    }
-
-    std::string text_;
-    bool first_ = true;
-    const bool lines_;
-};
+double number(double value)
+{
+    return json_text::short_number(file_float(value));
+}
 
 template <typename Range>
 Json numbers(const Range& range)
 {
     Json list = Json::array();
-    for (const auto value : range) list.push_back(short_number(value));
+    for (const auto value : range) list.push_back(number(value));
     return list;
 }
 
@@ -138,12 +88,12 @@ Json material_json(const Material& material)
     Json pbr = Json::object();
     if (material.base_color != std::array<double, 4>{1, 1, 1, 1}) pbr["baseColorFactor"] = numbers(material.base_color);
     if (material.base_texture.texture != none) pbr["baseColorTexture"] = texture_info(material.base_texture);
-    if (material.metallic != 1) pbr["metallicFactor"] = short_number(material.metallic);
-    if (material.roughness != 1) pbr["roughnessFactor"] = short_number(material.roughness);
+    if (material.metallic != 1) pbr["metallicFactor"] = number(material.metallic);
+    if (material.roughness != 1) pbr["roughnessFactor"] = number(material.roughness);
     if (!pbr.empty()) object["pbrMetallicRoughness"] = std::move(pbr);
     if (material.normal_texture.texture != none) {
         Json info = texture_info(material.normal_texture);
-        if (material.normal_texture.strength != 1) info["scale"] = short_number(material.normal_texture.strength);
+        if (material.normal_texture.strength != 1) info["scale"] = number(material.normal_texture.strength);
         object["normalTexture"] = std::move(info);
     }
     if (material.emissive_texture.texture != none) object["emissiveTexture"] = texture_info(material.emissive_texture);
@@ -152,11 +102,11 @@ Json material_json(const Material& material)
     Json extensions = Json::object();
     if (material.unlit) extensions["KHR_materials_unlit"] = Json::object();
     if (material.emissive_strength != 1)
-        extensions["KHR_materials_emissive_strength"]["emissiveStrength"] = short_number(material.emissive_strength);
-    if (material.ior != 1.5) extensions["KHR_materials_ior"]["ior"] = short_number(material.ior);
+        extensions["KHR_materials_emissive_strength"]["emissiveStrength"] = number(material.emissive_strength);
+    if (material.ior != 1.5) extensions["KHR_materials_ior"]["ior"] = number(material.ior);
     if (has_specular(material)) {
         Json& specular = extensions["KHR_materials_specular"] = Json::object();
-        if (material.specular != 1) specular["specularFactor"] = short_number(material.specular);
+        if (material.specular != 1) specular["specularFactor"] = number(material.specular);
         if (material.specular_color != std::array<double, 3>{1, 1, 1})
             specular["specularColorFactor"] = numbers(material.specular_color);
         if (material.specular_texture.texture != none)
@@ -172,10 +122,9 @@ Json light_json(const Light& light)
     Json object = {{"type", types[static_cast<std::size_t>(light.type)]}};
     name_and_extras(object, light.name, light.extras);
     if (light.color != std::array<double, 3>{1, 1, 1}) object["color"] = numbers(light.color);
-    if (light.intensity != 1) object["intensity"] = short_number(light.intensity);
+    if (light.intensity != 1) object["intensity"] = number(light.intensity);
     if (light.type == Light::Type::spot)
-        object["spot"] = {{"innerConeAngle", short_number(light.inner_cone)},
-                          {"outerConeAngle", short_number(light.outer_cone)}};
+        object["spot"] = {{"innerConeAngle", number(light.inner_cone)}, {"outerConeAngle", number(light.outer_cone)}};
     return object;
 }
 
@@ -186,14 +135,14 @@ Json camera_json(const Camera& camera)
     object["type"] = camera.perspective ? "perspective" : "orthographic";
     Json lens = Json::object();
     if (camera.perspective) {
-        lens["yfov"] = short_number(camera.yfov);
-        if (camera.aspect > 0) lens["aspectRatio"] = short_number(camera.aspect);
+        lens["yfov"] = number(camera.yfov);
+        if (camera.aspect > 0) lens["aspectRatio"] = number(camera.aspect);
     } else {
-        lens["xmag"] = short_number(camera.xmag);
-        lens["ymag"] = short_number(camera.ymag);
+        lens["xmag"] = number(camera.xmag);
+        lens["ymag"] = number(camera.ymag);
     }
-    lens["znear"] = short_number(camera.znear);
-    if (camera.zfar > 0) lens["zfar"] = short_number(camera.zfar);
+    lens["znear"] = number(camera.znear);
+    if (camera.zfar > 0) lens["zfar"] = number(camera.zfar);
     object[camera.perspective ? "perspective" : "orthographic"] = std::move(lens);
     return object;
 }
@@ -305,27 +254,30 @@ std::string gltf_json(const Tables& tables, const JsonTarget& target)
     const bool images_inside = target.image_uris.empty();
     const Buffer& buffer = tables.buffer;
     const Views views = make_views(buffer, images_inside);
-    Writer writer(target.lines);
+    json_text::Object file(target.lines);
+    // glTF knows no empty arrays.
+    const auto array = [&](const char* name, std::size_t count, const std::function<Json(std::size_t)>& element) {
+        if (count != 0) file.array(name, count, element);
+    };
 
     Json asset = {{"version", "2.0"}, {"generator", tables.generator}};
     if (!tables.asset_extras.empty()) asset["extras"] = tables.asset_extras;
-    writer.member("asset", asset);
+    file.member("asset", asset);
     const Json used = extensions_used(tables);
-    if (!used.empty()) writer.member("extensionsUsed", used);
-    writer.member("scene", 0);
+    if (!used.empty()) file.member("extensionsUsed", used);
+    file.member("scene", 0);
     Json scene = Json::object();
     if (!tables.source_name.empty()) scene["name"] = tables.source_name;
     if (!tables.roots.empty()) scene["nodes"] = tables.roots;
     if (!tables.scene_extras.empty()) scene["extras"] = tables.scene_extras;
-    writer.array("scenes", 1, [&](std::size_t) { return scene; });
-    writer.array("nodes", tables.nodes.size(), [&](std::size_t i) { return node_json(tables.nodes[i]); });
-    writer.array("meshes", tables.meshes.size(), [&](std::size_t i) { return mesh_json(tables.meshes[i]); });
-    writer.array("materials", tables.materials.size(),
-                 [&](std::size_t i) { return material_json(tables.materials[i]); });
-    writer.array("textures", tables.textures.size(), [&](std::size_t i) {
+    array("scenes", 1, [&](std::size_t) { return scene; });
+    array("nodes", tables.nodes.size(), [&](std::size_t i) { return node_json(tables.nodes[i]); });
+    array("meshes", tables.meshes.size(), [&](std::size_t i) { return mesh_json(tables.meshes[i]); });
+    array("materials", tables.materials.size(), [&](std::size_t i) { return material_json(tables.materials[i]); });
+    array("textures", tables.textures.size(), [&](std::size_t i) {
         return Json{{"sampler", tables.textures[i].sampler}, {"source", tables.textures[i].image}};
     });
-    writer.array("samplers", tables.samplers.size(), [&](std::size_t i) {
+    array("samplers", tables.samplers.size(), [&](std::size_t i) {
         static constexpr int repeat = 10497, clamp = 33071, linear = 9729, linear_mipmap_linear = 9987;
         const Sampler& sampler = tables.samplers[i];
         return Json{{"magFilter", linear},
@@ -333,7 +285,7 @@ std::string gltf_json(const Tables& tables, const JsonTarget& target)
                     {"wrapS", sampler.repeat_u ? repeat : clamp},
                     {"wrapT", sampler.repeat_v ? repeat : clamp}};
     });
-    writer.array("images", buffer.images().size(), [&](std::size_t i) {
+    array("images", buffer.images().size(), [&](std::size_t i) {
         const EncodedImage& image = *buffer.images()[i];
         Json object = Json::object();
         if (!image.name.empty()) object["name"] = image.name;
@@ -344,25 +296,24 @@ std::string gltf_json(const Tables& tables, const JsonTarget& target)
         object["mimeType"] = image.mime;
         return object;
     });
-    writer.array("cameras", tables.cameras.size(), [&](std::size_t i) { return camera_json(tables.cameras[i]); });
+    array("cameras", tables.cameras.size(), [&](std::size_t i) { return camera_json(tables.cameras[i]); });
     if (!tables.lights.empty()) {
         Json lights = Json::array();
         for (const Light& light : tables.lights) lights.push_back(light_json(light));
-        writer.member("extensions", {{"KHR_lights_punctual", {{"lights", std::move(lights)}}}});
+        file.member("extensions", {{"KHR_lights_punctual", {{"lights", std::move(lights)}}}});
     }
     if (!tables.animation.channels.empty())
-        writer.array("animations", 1,
-                     [&](std::size_t) { return animation_json(tables.animation, tables.source_name); });
-    writer.array("accessors", buffer.accessors().size(),
-                 [&](std::size_t i) { return accessor_json(buffer.accessors()[i], views); });
-    writer.array("bufferViews", views.list.size(), [&](std::size_t i) { return views.list[i]; });
+        array("animations", 1, [&](std::size_t) { return animation_json(tables.animation, tables.source_name); });
+    array("accessors", buffer.accessors().size(),
+          [&](std::size_t i) { return accessor_json(buffer.accessors()[i], views); });
+    array("bufferViews", views.list.size(), [&](std::size_t i) { return views.list[i]; });
     if (views.size != 0)
-        writer.array("buffers", 1, [&](std::size_t) {
+        array("buffers", 1, [&](std::size_t) {
             Json object = {{"byteLength", views.size}};
             if (!target.buffer_uri.empty()) object["uri"] = target.buffer_uri;
             return object;
         });
-    return writer.finish();
+    return file.finish();
 }
 
 } // namespace gltf

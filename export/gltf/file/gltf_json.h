@@ -16,7 +16,4 @@ struct JsonTarget {
 
 std::string gltf_json(const Tables& tables, const JsonTarget& target);
 
-// The number that a 32-bit float stands for, with no more digits than bring it back.
-double short_number(double value);
-
 } // namespace gltf

@@ -3,15 +3,15 @@
 #pragma once
 #include <array>
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "export/gltf/file/buffer.h"
+#include "export/json_text.h"
 
 namespace gltf {
 
-using Json = nlohmann::ordered_json;
+using json_text::Json;
 
 inline constexpr uint32_t none = 0xffffffffu;
 

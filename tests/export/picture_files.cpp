@@ -1,4 +1,4 @@
-#include "tests/textures/picture_files.h"
+#include "tests/export/picture_files.h"
 
 #include "export/gltf/image/image_png.h"
 

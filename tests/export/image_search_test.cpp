@@ -1,6 +1,6 @@
 // Which file a scene's image name finds, and what is told when there is none.
 #include "export/gltf/image/image_search.h"
-#include "tests/textures/texture_scene.h"
+#include "tests/export/texture_scene.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>

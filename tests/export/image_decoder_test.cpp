@@ -2,7 +2,7 @@
 #include "export/gltf/image/image_header.h"
 #include "export/gltf/image/image_library.h"
 #include "export/gltf/image/image_png.h"
-#include "tests/textures/picture_files.h"
+#include "tests/export/picture_files.h"
 #include "tools/ilbm_writer.h"
 
 #include <gmock/gmock.h>

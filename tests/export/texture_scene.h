@@ -10,7 +10,7 @@
 #include "export/gltf/image/image_png.h"
 #include "export/gltf/material/surface_textures.h"
 #include "lib/platform/files.h"
-#include "tests/textures/picture_files.h"
+#include "tests/export/picture_files.h"
 
 namespace test {
 

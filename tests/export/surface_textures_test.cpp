@@ -1,5 +1,5 @@
 // What a surface's layers become, pixel by pixel.
-#include "tests/textures/texture_scene.h"
+#include "tests/export/texture_scene.h"
 
 #include <gmock/gmock.h>
 
