@@ -6,6 +6,7 @@
 #include "tools/ilbm_writer.h"
 
 #include <gmock/gmock.h>
+#include <random>
 
 using gltf::decode_image;
 using gltf::DecodeResult;
@@ -285,17 +286,22 @@ TEST(Lies, IffSoundIsNoPicture)
 
 TEST(Png, EncodedAndDecodedIsTheSame)
 {
-    gltf::Pixels pixels = gltf::make_pixels(5, 3);
-    for (std::size_t i = 0; i < pixels.rgba.size(); i++)
-        pixels.rgba[i] = i % 4 == 3 ? 255 : static_cast<unsigned char>(i * 37);
-    for (const unsigned char alpha : std::initializer_list<unsigned char>{255, 7}) {
-        pixels.at(2, 1)[3] = alpha;
-        const std::vector<unsigned char> file = gltf::encode_png(pixels);
-        EXPECT_EQ(file[25], alpha == 255 ? 2 : 6) << "colour type: an alpha channel only where it is needed";
-        const DecodeResult image = decode_image(file);
-        ASSERT_EQ(image.error, "");
-        EXPECT_EQ(image.pixels.rgba, pixels.rgba);
-        EXPECT_EQ(image.has_alpha, alpha != 255);
+    // One column, a few pixels, more than a chunk of noise.
+    for (const auto& [width, height] : {std::pair(1u, 9u), {5u, 3u}, {400u, 300u}}) {
+        SCOPED_TRACE(width);
+        gltf::Pixels pixels = gltf::make_pixels(width, height);
+        std::minstd_rand random(7);
+        for (std::size_t i = 0; i < pixels.rgba.size(); i++)
+            pixels.rgba[i] = i % 4 == 3 ? 255 : static_cast<unsigned char>(random() >> 8);
+        for (const unsigned char alpha : std::initializer_list<unsigned char>{255, 7}) {
+            pixels.at(0, 1)[3] = alpha;
+            const std::vector<unsigned char> file = gltf::encode_png(pixels);
+            EXPECT_EQ(file[25], alpha == 255 ? 2 : 6) << "colour type: an alpha channel only where it is needed";
+            const DecodeResult image = decode_image(file);
+            ASSERT_EQ(image.error, "");
+            EXPECT_EQ(image.pixels.rgba, pixels.rgba);
+            EXPECT_EQ(image.has_alpha, alpha != 255);
+        }
     }
 }
 
