@@ -5,6 +5,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "export/gltf/file/base64.h"
 #include "export/gltf/file/gltf_json.h"
 #include "lib/platform/atomic_file.h"
 
@@ -29,41 +30,6 @@ uint64_t data_size(const Tables& tables, bool with_images)
         for (const auto& image : tables.buffer.images()) size += padded(image->bytes.size());
     return size;
 }
-
-// Base64 without line ends, from pieces of any length. RFC 4648, section 4.
-class Base64 {
-public:
-    explicit Base64(std::string& out) : out_(out) {}
-    void add(const void* data, std::size_t size)
-    {
-        const auto* const bytes = static_cast<const unsigned char*>(data);
-        for (std::size_t i = 0; i < size; ++i) {
-            bits_ = bits_ << 8 | bytes[i];
-            if (++held_ == 3) flush(4);
-        }
-    }
-    void finish()
-    {
-        if (held_ == 0) return;
-        const int missing = 3 - held_;
-        bits_ <<= 8 * missing;
-        flush(4 - missing);
-        out_.append(static_cast<std::size_t>(missing), '=');
-    }
-
-private:
-    void flush(int letters)
-    {
-        static constexpr char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-        for (int i = 0; i < letters; ++i) out_ += alphabet[bits_ >> (18 - 6 * i) & 63];
-        bits_ = 0;
-        held_ = 0;
-    }
-
-    std::string& out_;
-    uint32_t bits_ = 0;
-    int held_ = 0;
-};
 
 // A file name as part of a URI. RFC 3986: what isn't unreserved goes as %XX, byte by byte.
 std::string percent_encoded(const std::string& name)
