@@ -25,7 +25,7 @@ case ${1:-} in
         xargs -P "$(nproc)" -n 8 clang-tidy-14 -p build/asan --quiet
     exit ;;
 esac
-command -v npm >/dev/null || need nodejs npm
+need_npm
 (cd tests/npm && npm ci --no-audit --no-fund --silent)
 
 check_format

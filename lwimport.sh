@@ -7,6 +7,7 @@ house=$PWD
 . cmake/packages.sh
 # shellcheck disable=SC2086
 need $build_packages
+need_npm
 build_preset release
 cd "$called_from"
 exec "$house/build/release/bin/lwimport" "$@"

@@ -5,6 +5,7 @@ cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 . cmake/packages.sh
 # shellcheck disable=SC2086
 need $windows_packages
+need_npm
 build_preset windows
 
 folder=build/windows/package/lwimport-windows

@@ -28,6 +28,11 @@ need() {
     fi
 }
 
+# Node and npm, which bundle the viewer of .html pages: Debian's, unless others are there.
+need_npm() {
+    command -v npm >/dev/null || need nodejs npm
+}
+
 # build_preset PRESET [cmake option...]: configures once, then builds what has changed; quiet unless it fails.
 build_preset() {
     local preset=$1 log=build/$1.log
