@@ -1,4 +1,11 @@
 # Completion for lwimport in bash: source this file, or put it into /usr/share/bash-completion/completions/lwimport
+
+# The plug-in's options, as the program itself lists them: _lwimport_keys PROGRAM SUFFIX
+_lwimport_keys() {
+    local key rest
+    "$1" options list 2>/dev/null | while read -r key rest; do echo "$key$2"; done
+}
+
 _lwimport() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]-}
     local where="--content-dir --search-path --inside-only --trace --quiet --no-progress --help"
@@ -22,15 +29,11 @@ _lwimport() {
     check) words="--help" ;;
     call)
         words="--plugin-dir --trace --help initialize= validate_header= show_options_dialog show_about_dialog
-            execute_geometry_converter filename= validate_header_2= compute_normals= make_surface_names_unique=
-            import_keyframe0_only= print_warnings= print_statistics= smoothing_angle= output_debug_info=
-            newtek_root_directory= explode_obj_by_surf_names="
+            execute_geometry_converter filename= validate_header_2= $(_lwimport_keys "$1" =)"
         ;;
     options)
         words="about list get set reset path --help"
-        [[ $before == get || $before == set ]] && words="compute_normals make_surface_names_unique
-            import_keyframe0_only print_statistics print_warnings smoothing_angle output_debug_info
-            explode_obj_by_surf_names newtek_root_directory"
+        [[ $before == get || $before == set ]] && words=$(_lwimport_keys "$1" "")
         ;;
     *) ((COMP_CWORD > 1)) || words="convert info find check call options --help --version $convert" ;;
     esac

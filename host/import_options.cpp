@@ -20,8 +20,9 @@ void add_import_options(CommandLine& line, ImportOptions& options, bool conversi
     if (conversion) {
         line.heading("What is read");
         line.flag("--no-normals", options.no_normals, "no smoothed normals, whatever the surfaces ask for");
-        line.number("--smoothing-angle", "DEG", options.smoothing_angle, 0, 180,
-                    "for surfaces that smooth but state no angle; 89.5");
+        const lw_option& angle = lw_options[LW_SMOOTHING_ANGLE];
+        line.number("--smoothing-angle", "DEG", options.smoothing_angle, angle.lowest, angle.highest,
+                    "for surfaces that smooth but state no angle; " + standard_value(angle));
         line.flag("--no-split", options.no_split, "an object with several surfaces stays one mesh");
         line.flag("--first-key-only", options.first_key_only, "no animation: everything stands as at its first key");
         line.flag("--keep-names", options.keep_names,
@@ -66,16 +67,21 @@ void prepare_imports(ImportOptions& options)
 std::vector<Word> conversion_words(const ImportOptions& options, const std::string& root, const fs::path& input)
 {
     std::vector<Word> words = {{"execute_geometry_converter"}};
-    const auto number = [&words](const char* name, intptr_t value) { words.push_back({name, {}, value}); };
-    if (options.no_normals) number("compute_normals", 0);
-    if (options.no_split) number("explode_obj_by_surf_names", 0);
-    if (options.first_key_only) number("import_keyframe0_only", 1);
-    if (options.keep_names) number("make_surface_names_unique", 0);
-    if (options.warnings) number("print_warnings", 1);
-    number("print_statistics", options.stats ? 1 : 0);
-    if (options.debug_info) number("output_debug_info", 1);
-    if (options.smoothing_angle) words.push_back({"smoothing_angle", std::to_string(*options.smoothing_angle), {}});
-    words.push_back({"newtek_root_directory", root, {}});
+    const auto flag = [&words](lw_option_number option, bool on) {
+        words.push_back({lw_options[option].word, {}, on ? 1 : 0});
+    };
+    const auto text = [&words](lw_option_number option, std::string value) {
+        words.push_back({lw_options[option].word, std::move(value), {}});
+    };
+    if (options.no_normals) flag(LW_COMPUTE_NORMALS, false);
+    if (options.no_split) flag(LW_EXPLODE_OBJ_BY_SURF_NAMES, false);
+    if (options.first_key_only) flag(LW_IMPORT_KEYFRAME0_ONLY, true);
+    if (options.keep_names) flag(LW_MAKE_SURFACE_NAMES_UNIQUE, false);
+    if (options.warnings) flag(LW_PRINT_WARNINGS, true);
+    flag(LW_PRINT_STATISTICS, options.stats);
+    if (options.debug_info) flag(LW_OUTPUT_DEBUG_INFO, true);
+    if (options.smoothing_angle) text(LW_SMOOTHING_ANGLE, std::to_string(*options.smoothing_angle));
+    text(LW_NEWTEK_ROOT_DIRECTORY, root);
     words.push_back({"filename", platform::utf8_to_latin1(input.filename().string()), {}});
     return words;
 }

@@ -79,7 +79,7 @@ static std::string content_directory(const ImportOptions& options, const std::st
     if (!options.content_dir.empty()) return options.content_dir;
     const ContentDirectory worked_out = find_content_directory(start, references);
     if (worked_out.resolves) return worked_out.directory;
-    const std::string kept = options_file_value("newtek_root_directory").value_or("");
+    const std::string kept = options_file_value(LW_NEWTEK_ROOT_DIRECTORY).value_or("");
     if (const std::string place = platform::resolve(kept); place.size() > 1 && platform::is_directory(place))
         return place;
     return worked_out.directory;

@@ -1,8 +1,5 @@
 #include "host/plugin_loader.h"
 
-#include <algorithm>
-#include <array>
-
 #include "host/failure.h"
 #include "lib/import/implugin.h"
 #include "lib/platform/library.h"
@@ -11,14 +8,6 @@
 namespace host {
 
 using messages::message;
-
-bool is_integer_word(std::string_view name)
-{
-    static constexpr std::array<std::string_view, 7> words = {
-        "compute_normals",  "make_surface_names_unique", "import_keyframe0_only",    "print_warnings",
-        "print_statistics", "output_debug_info",         "explode_obj_by_surf_names"};
-    return std::find(words.begin(), words.end(), name) != words.end();
-}
 
 static Tavrin_Plugin_EntryPoint_Function entry_point()
 {

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace host {
@@ -14,9 +13,6 @@ struct Word {
     std::optional<std::string> text = std::nullopt; // a string value; it is passed as a writable copy
     std::optional<intptr_t> integer = std::nullopt; // a value in the slot itself; neither: a null
 };
-
-// True for the option words whose value is an integer in the slot.
-bool is_integer_word(std::string_view name);
 
 // One call of the entry point; the plug-in is loaded at the first. Returns what the call left in `result`.
 // Throws Failure when the plug-in isn't where it belongs or isn't one.

@@ -9,6 +9,7 @@
 #include "host/plugin_loader.h"
 #include "host/run_messages.h"
 #include "host/say.h"
+#include "lib/import/lw/base/option_table.h"
 #include "lib/services/host.h"
 #include "lib/toolkit/scene/scene.h"
 
@@ -22,7 +23,8 @@ static Word parse_word(std::string_view argument)
     Word word{std::string(argument.substr(0, equals))};
     if (equals == std::string_view::npos) return word;
     const std::string_view value = argument.substr(equals + 1);
-    if (!is_integer_word(word.name)) {
+    const lw_option* const option = lw_find_option(word.name);
+    if (!option || option->kind != LW_OPTION_FLAG) { // only flags stand as integers in their slots
         word.text = std::string(value);
         return word;
     }

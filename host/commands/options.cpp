@@ -17,26 +17,24 @@ namespace host {
 
 using messages::message;
 
-static const OptionKey& key_called(const std::string& name)
+static lw_option_number option_called(const std::string& name)
 {
+    if (const lw_option* const option = lw_find_option(name)) return option->number;
     std::vector<std::string> known;
-    for (const OptionKey& option : option_keys()) {
-        if (option.key == name) return option;
-        known.emplace_back(option.key);
-    }
+    for (const lw_option& option : lw_options) known.emplace_back(option.word);
     throw WrongUse(message<"options-key-unknown">(name, nearest_word(name, known)));
 }
 
-static std::string value_of(const OptionKey& option)
+static std::string value_of(lw_option_number option)
 {
-    return options_file_value(option.key).value_or(std::string(option.standard));
+    return options_file_value(option).value_or(standard_value(lw_options[option]));
 }
 
 static void list()
 {
-    for (const OptionKey& option : option_keys())
-        std::printf("%-26.*s %-8s %.*s\n", static_cast<int>(option.key.size()), option.key.data(),
-                    value_of(option).c_str(), static_cast<int>(option.help.size()), option.help.data());
+    for (const lw_option& option : lw_options)
+        std::printf("%-26s %-8s %s%s\n", option.word, value_of(option.number).c_str(), option.help,
+                    option.number == LW_PRINT_STATISTICS ? " (convert: only with --stats)" : "");
 }
 
 static void reset()
@@ -111,9 +109,9 @@ int options_command(Arguments arguments)
     if (verb == "list")
         list();
     else if (verb == "get")
-        std::printf("%s\n", value_of(key_called(words[1])).c_str());
+        std::printf("%s\n", value_of(option_called(words[1])).c_str());
     else if (verb == "set")
-        set_options_file_value(key_called(words[1]).key, words[2]);
+        set_options_file_value(option_called(words[1]), words[2]);
     else if (verb == "reset")
         reset();
     else
