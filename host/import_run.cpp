@@ -60,7 +60,7 @@ static std::string shortest(const std::string& directory, const std::string& fro
 
 static std::vector<std::string> image_directories(const ImportRun& run, const ImportOptions& options)
 {
-    std::vector<Reference> references;
+    std::vector<restore::Reference> references;
     std::vector<std::string> further;
     for (const FileReference& image : run.files.images) references.push_back(image.reference);
     for (const FileReference& object : run.files.objects) {
@@ -74,7 +74,7 @@ static std::vector<std::string> image_directories(const ImportRun& run, const Im
 }
 
 static std::string content_directory(const ImportOptions& options, const std::string& start,
-                                     const std::vector<Reference>& references)
+                                     const std::vector<restore::Reference>& references)
 {
     if (!options.content_dir.empty()) return options.content_dir;
     const ContentDirectory worked_out = find_content_directory(start, references);
@@ -97,7 +97,7 @@ static void set_allowed_roots(const ImportOptions& options, const std::string& d
 
 // The plug-in finds objects by the toolkit's search path.
 static void set_search_path(const ImportOptions& options, const ImportRun& run,
-                            const std::vector<Reference>& references)
+                            const std::vector<restore::Reference>& references)
 {
     std::vector<std::string> search;
     for (const std::string& directory :
@@ -132,7 +132,7 @@ ImportRun import_file(const fs::path& input, const ImportOptions& options)
 {
     ImportRun run;
     const std::string name = shown_path(input);
-    run.head = read_head(input);
+    run.head = restore::read_head(input);
     if (run.head.problem) throw Failure(*run.head.problem);
 
     std::error_code error;
@@ -143,7 +143,9 @@ ImportRun import_file(const fs::path& input, const ImportOptions& options)
 
     platform::forget_directories();
     set_allowed_roots(options, run.directory);
-    const std::vector<Reference> references = run.head.kind == FileKind::scene ? scan_scene(whole) : scan_object(whole);
+    const std::vector<restore::Reference> references = run.head.kind == restore::FileKind::scene
+                                                           ? restore::references_of_scene(whole)
+                                                           : restore::references_of_object(whole);
     run.content_directory = content_directory(options, run.directory, references);
     set_search_path(options, run, references);
     run.files.objects = named_objects(input, references);

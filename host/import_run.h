@@ -8,11 +8,12 @@
 
 #include "host/finding/named_files.h"
 #include "host/import_options.h"
+#include "restore/facts/file_head.h"
 
 namespace host {
 
 struct ImportRun {
-    FileHead head;
+    restore::FileHead head;
     bool imported = false, stopped = false;
     std::string directory, content_directory;   // absolute
     std::vector<std::string> image_directories; // where images are looked for, in order

@@ -4,10 +4,10 @@
 #include <map>
 
 #include "host/failure.h"
-#include "host/finding/references.h"
 #include "host/path_display.h"
 #include "lib/import/lw/base/object_extensions.h"
 #include "lib/platform/text.h"
+#include "restore/facts/file_head.h"
 
 namespace host {
 
@@ -33,7 +33,7 @@ static std::vector<fs::path> files_below(const fs::path& directory)
     fs::recursive_directory_iterator entry(directory, fs::directory_options::skip_permission_denied, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
         std::error_code ignored;
-        if (entry->is_regular_file(ignored) && read_head(entry->path()).kind != FileKind::neither)
+        if (entry->is_regular_file(ignored) && restore::read_head(entry->path()).kind != restore::FileKind::neither)
             files.push_back(entry->path());
     }
     if (error) throw Failure(message<"directory-unlistable">(shown_path(directory), error.message()));

@@ -4,9 +4,9 @@
 #include "host/command_line.h"
 #include "host/commands/commands.h"
 #include "host/failure.h"
-#include "host/finding/references.h"
 #include "host/path_display.h"
 #include "host/plugin_loader.h"
+#include "restore/facts/file_head.h"
 
 namespace host {
 
@@ -19,10 +19,10 @@ int check_command(Arguments arguments)
     if (!line.parse(arguments)) return status_done;
     int status = status_done;
     for (const std::string& input : inputs) {
-        FileHead head = read_head(input);
+        restore::FileHead head = restore::read_head(input);
         const bool ours = call_plugin({{"validate_header", input, {}}}) == 1;
         if (!ours) status = status_failed;
-        std::string answer = head.kind == FileKind::scene ? "Lightwave scene" : "Lightwave object";
+        std::string answer = head.kind == restore::FileKind::scene ? "Lightwave scene" : "Lightwave object";
         if (!ours) answer = "no";
         if (!ours && head.problem) {
             head.problem->values.front() = "it";

@@ -94,7 +94,7 @@ static void tell_missing_images(const gltf::Report& report, const ImportRun& run
         messages::Where asked_by{image.surface, 0, std::nullopt};
         const std::vector<FileReference>& named = run.files.images;
         const auto known = std::find_if(named.begin(), named.end(), [&image](const FileReference& file) {
-            return is_called(file.reference.stored, image.name);
+            return restore::is_called(file.reference.stored, image.name);
         });
         if (known != named.end()) {
             stored = known->reference.stored;

@@ -28,16 +28,16 @@ struct Entry {
 
 } // namespace
 
-static const char* kind_name(const Reference& reference)
+static const char* kind_name(const restore::Reference& reference)
 {
-    return reference.kind == ReferenceKind::object ? "object" : "image";
+    return reference.kind == restore::ReferenceKind::object ? "object" : "image";
 }
 
 // Each stored path once, in the order of the files.
 static std::vector<Entry> distinct_entries(const ImportRun& run)
 {
     std::vector<Entry> entries;
-    std::map<std::pair<ReferenceKind, std::string>, std::size_t> known;
+    std::map<std::pair<restore::ReferenceKind, std::string>, std::size_t> known;
     for (const std::vector<FileReference>* const list : {&run.files.objects, &run.files.images})
         for (const FileReference& file : *list) {
             const auto [at, is_new] = known.try_emplace({file.reference.kind, file.reference.stored}, entries.size());

@@ -200,7 +200,7 @@ static Json missing_json(const ImportRun& run)
     for (const std::vector<FileReference>* const files : {&run.files.objects, &run.files.images})
         for (const FileReference& file : *files)
             if (file.is_missing() && known.insert(file.reference.stored).second)
-                list.push_back({{"kind", file.reference.kind == ReferenceKind::object ? "object" : "image"},
+                list.push_back({{"kind", file.reference.kind == restore::ReferenceKind::object ? "object" : "image"},
                                 {"stored", utf8(file.reference.stored)},
                                 {"asked_by", file.asked_by.text()}});
     return list;
@@ -210,8 +210,8 @@ static Json info_json(const std::string& input, const ImportRun& run)
 {
     const tv::Scene& scene = tv::scene();
     Json all = {{"file", shown_path(input)}, {"bytes", run.head.size}};
-    all["format"] = run.head.kind == FileKind::scene ? "scene" : "object";
-    if (run.head.kind == FileKind::scene) all["version"] = run.head.scene_version;
+    all["format"] = run.head.kind == restore::FileKind::scene ? "scene" : "object";
+    if (run.head.kind == restore::FileKind::scene) all["version"] = run.head.scene_version;
     all["read"] = run.imported;
     all["warnings"] = run.warnings;
     all["errors"] = run.errors;

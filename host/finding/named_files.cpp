@@ -12,23 +12,23 @@ namespace host {
 
 namespace fs = std::filesystem;
 
-std::string file_key(const Reference& reference)
+std::string file_key(const restore::Reference& reference)
 {
     return platform::lower_case(platform::last_element(reference.stored));
 }
 
-static messages::Where who_asks(const fs::path& file, const Reference& reference)
+static messages::Where who_asks(const fs::path& file, const restore::Reference& reference)
 {
     messages::Where where{platform::shown_name(file.filename().string()), reference.line, std::nullopt};
     if (reference.line == 0) where.surface = platform::latin1_to_utf8(reference.surface);
     return where;
 }
 
-std::vector<FileReference> named_objects(const fs::path& scene, const std::vector<Reference>& references)
+std::vector<FileReference> named_objects(const fs::path& scene, const std::vector<restore::Reference>& references)
 {
     std::vector<FileReference> objects;
-    for (const Reference& reference : references)
-        if (reference.kind == ReferenceKind::object)
+    for (const restore::Reference& reference : references)
+        if (reference.kind == restore::ReferenceKind::object)
             objects.push_back({reference, who_asks(scene, reference), "", {}, false});
     return objects;
 }
@@ -54,18 +54,19 @@ void follow_repetitions(NamedFiles& files, bool whole)
     files.missing_objects = missing.size();
 }
 
-void collect_images(NamedFiles& files, const fs::path& input, const std::vector<Reference>& references)
+void collect_images(NamedFiles& files, const fs::path& input, const std::vector<restore::Reference>& references)
 {
-    const auto add = [&files](const fs::path& file, const Reference& reference) {
-        if (files.images.size() >= max_references) return;
+    const auto add = [&files](const fs::path& file, const restore::Reference& reference) {
+        if (files.images.size() >= restore::max_references) return;
         files.images.push_back({reference, who_asks(file, reference), "", {}, true});
     };
-    for (const Reference& reference : references)
-        if (reference.kind == ReferenceKind::image) add(input, reference);
+    for (const restore::Reference& reference : references)
+        if (reference.kind == restore::ReferenceKind::image) add(input, reference);
     std::unordered_set<std::string> scanned;
     for (const FileReference& object : files.objects)
         if (!object.found.empty() && scanned.insert(object.found).second)
-            for (const Reference& reference : scan_object(object.found)) add(object.found, reference);
+            for (const restore::Reference& reference : restore::references_of_object(object.found))
+                add(object.found, reference);
 }
 
 void locate_images(NamedFiles& files, const std::vector<std::string>& directories)
@@ -75,7 +76,8 @@ void locate_images(NamedFiles& files, const std::vector<std::string>& directorie
         // By the name that the scene has for it, which may bear another extension.
         std::string name(platform::last_element(image.reference.stored));
         for (const tv::Texture& texture : tv::scene().textures)
-            if (texture.kind == tv::TextureKind::image && is_called(image.reference.stored, texture.file_name)) {
+            if (texture.kind == tv::TextureKind::image &&
+                restore::is_called(image.reference.stored, texture.file_name)) {
                 name = texture.file_name;
                 break;
             }

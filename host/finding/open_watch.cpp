@@ -29,7 +29,7 @@ void OpenWatch::opened(std::string_view path, std::string_view place) noexcept
 {
     if (std::none_of(path.begin(), path.end(), platform::is_separator)) {
         std::size_t at = next_;
-        while (at < objects_.size() && !is_called(objects_[at].reference.stored, path)) ++at;
+        while (at < objects_.size() && !restore::is_called(objects_[at].reference.stored, path)) ++at;
         if (at < objects_.size()) {
             current_ = &objects_[at];
             current_->reached = true;

@@ -37,14 +37,14 @@ std::string joined(const std::string& directory, std::string_view name)
     return path.append(name);
 }
 
-static std::string resolve_file(const std::string& path, ReferenceKind kind)
+static std::string resolve_file(const std::string& path, restore::ReferenceKind kind)
 {
     const auto file = [](const std::string& candidate) {
         std::string found = platform::resolve(candidate);
         return !found.empty() && platform::is_file(found) ? found : std::string();
     };
     std::string found = file(path);
-    if (!found.empty() || kind != ReferenceKind::object) return found;
+    if (!found.empty() || kind != restore::ReferenceKind::object) return found;
     for (const std::string_view extension : lw_object_extensions)
         if (platform::ends_in_any_case(path, extension)) return file(path.substr(0, path.size() - extension.size()));
     if (platform::last_element(path).find('.') != std::string_view::npos) return {};
@@ -74,7 +74,7 @@ private:
 };
 
 // How well `directory` explains a stored path: 3 the whole path is found below it, 2 its last elements, 1 the name alone.
-static std::size_t score(const std::string& directory, const Reference& reference, Directories& directories)
+static std::size_t score(const std::string& directory, const restore::Reference& reference, Directories& directories)
 {
     const std::vector<std::string_view> elements = elements_of(reference.stored);
     if (elements.empty()) return 0;
@@ -97,11 +97,11 @@ static std::string usual_content_directory(const std::string& start)
     return start;
 }
 
-ContentDirectory find_content_directory(const std::string& start, const std::vector<Reference>& references)
+ContentDirectory find_content_directory(const std::string& start, const std::vector<restore::Reference>& references)
 {
-    std::vector<const Reference*> distinct;
+    std::vector<const restore::Reference*> distinct;
     std::unordered_set<std::string> seen;
-    for (const Reference& reference : references) {
+    for (const restore::Reference& reference : references) {
         if (distinct.size() == max_references_tried) break;
         if (seen.insert(platform::lower_case(reference.stored)).second) distinct.push_back(&reference);
     }
@@ -111,7 +111,7 @@ ContentDirectory find_content_directory(const std::string& start, const std::vec
     fs::path at = start;
     for (std::size_t level = 0; level < max_levels_up; ++level, at = at.parent_path()) {
         std::size_t total = 0;
-        for (const Reference* const reference : distinct) total += score(at.string(), *reference, directories);
+        for (const restore::Reference* const reference : distinct) total += score(at.string(), *reference, directories);
         if (total > best_score) {
             best_score = total;
             best = {at.string(), true};
@@ -144,7 +144,7 @@ static std::vector<std::string> usual_directories(const std::string& directory)
 }
 
 std::vector<std::string> search_directories(const std::string& start, const std::string& content,
-                                            const std::vector<Reference>& references,
+                                            const std::vector<restore::Reference>& references,
                                             const std::vector<std::string>& further)
 {
     std::vector<std::string> directories;
@@ -155,7 +155,7 @@ std::vector<std::string> search_directories(const std::string& start, const std:
     add(start);
     add(content);
     Directories stored;
-    for (const Reference& reference : references) {
+    for (const restore::Reference& reference : references) {
         if (directories.size() >= max_stored_directories) break;
         std::vector<std::string_view> elements = elements_of(reference.stored);
         if (!elements.empty()) elements.pop_back();

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/finding/references.h"
+#include "restore/facts/references.h"
 
 namespace host {
 
@@ -23,12 +23,12 @@ struct ContentDirectory {
 // The nearest directory at or above `start` below which most stored paths are found. Drive letters and Amiga volume
 // names are left out of account, leading elements too where the rest is found. A name is also tried with the extensions
 // of object files, and one that has such an extension without.
-ContentDirectory find_content_directory(const std::string& start, const std::vector<Reference>& references);
+ContentDirectory find_content_directory(const std::string& start, const std::vector<restore::Reference>& references);
 
 // Directories to look in, in order and without doubles: the input's own, the content directory, those that stored paths
 // lead to below it, both directories' sub-directories by usual names, then `further`.
 std::vector<std::string> search_directories(const std::string& start, const std::string& content,
-                                            const std::vector<Reference>& references,
+                                            const std::vector<restore::Reference>& references,
                                             const std::vector<std::string>& further);
 
 // `directory`/`name`, for display and for the system.

@@ -5,29 +5,30 @@
 #include <charconv>
 #include <cstring>
 #include <iterator>
+#include <string>
 
-#include "restore/facts/chunk_input.h"
+#include "lib/platform/latin1.h"
 
 namespace restore {
 
 namespace fs = std::filesystem;
+using messages::message;
+using messages::Message;
 
 static std::string_view form_type(std::string_view front)
 {
     return front.starts_with("FORM") && front.size() >= 12 ? front.substr(8, 4) : std::string_view();
 }
 
-static std::string problem_of(std::string_view front)
+static Message problem_of(const std::string& name, std::string_view front)
 {
     const std::string_view type = form_type(front);
     const bool readable = std::all_of(type.begin(), type.end(), [](char c) { return c >= ' ' && c <= '~'; });
-    if (type == "LWO2" || type == "LWLO")
-        return "is an object of another kind (" + std::string(type) + "); only LWOB objects are read";
-    if (type == "LWOB") return "says that it holds nothing (its length is 0)";
-    if (!type.empty() && readable)
-        return "is an IFF file of type " + std::string(type) + ", not a Lightwave object or scene";
-    if (front.starts_with("FORM")) return "is cut off: it begins like a Lightwave object, but ends in its head";
-    return "is not a Lightwave object or scene";
+    if (type == "LWO2" || type == "LWLO") return message<"input-of-later-kind">(name, type);
+    if (type == "LWOB") return message<"input-holds-nothing">(name);
+    if (!type.empty() && readable) return message<"input-other-iff">(name, type);
+    if (front.starts_with("FORM")) return message<"input-cut-off">(name);
+    return message<"input-foreign">(name);
 }
 
 static long version_of(std::string_view front)
@@ -53,18 +54,19 @@ File open_regular(const fs::path& file)
 FileHead read_head(const fs::path& file)
 {
     FileHead head;
+    const std::string name = platform::shown_name(file.string());
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (status.type() == fs::file_type::not_found) {
-        head.problem = "does not exist";
+        head.problem = message<"input-missing">(name);
     } else if (error) {
-        head.problem = "cannot be read: " + error.message();
+        head.problem = message<"input-unreadable">(name, error.message());
     } else if (fs::is_directory(status)) {
-        head.problem = "is a directory";
+        head.problem = message<"input-directory">(name);
     } else if (!fs::is_regular_file(status)) {
-        head.problem = "is not a regular file";
+        head.problem = message<"input-irregular">(name);
     } else if (const File opened = open_regular(file); !opened) {
-        head.problem = std::string("cannot be read: ") + std::strerror(errno);
+        head.problem = message<"input-unreadable">(name, std::strerror(errno));
     } else {
         head.size = fs::file_size(file, error);
         if (error) head.size = 0;
@@ -77,9 +79,10 @@ FileHead read_head(const fs::path& file)
         } else if (begins_as_object(front) && front.substr(4, 4) != std::string_view("\0\0\0\0", 4)) {
             head.kind = FileKind::object;
         } else if (front.empty()) {
-            head.problem = errno ? std::string("cannot be read: ") + std::strerror(errno) : "is empty";
+            head.problem =
+                errno ? message<"input-unreadable">(name, std::strerror(errno)) : message<"input-empty">(name);
         } else {
-            head.problem = problem_of(front);
+            head.problem = problem_of(name, front);
         }
     }
     return head;

@@ -4,8 +4,10 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <string>
+#include <optional>
 #include <string_view>
+
+#include "lib/messages/message.h"
 
 namespace restore {
 
@@ -18,9 +20,9 @@ enum class FileKind : uint8_t { neither, scene, object };
 
 struct FileHead {
     FileKind kind = FileKind::neither;
-    long scene_version = 0;  // the number on a scene's second line, 0 when there is none
-    std::uintmax_t size = 0; // bytes
-    std::string problem;     // neither: why not, as the end of a sentence that begins with the file's name
+    long scene_version = 0;                   // the number on a scene's second line, 0 when there is none
+    std::uintmax_t size = 0;                  // bytes
+    std::optional<messages::Message> problem; // neither: why not; the first value is the file's name
 };
 FileHead read_head(const std::filesystem::path& file);
 

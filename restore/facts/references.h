@@ -16,9 +16,9 @@ enum class ReferenceKind : uint8_t { object, image };
 
 struct Reference {
     ReferenceKind kind = ReferenceKind::object;
-    std::string stored;  // Latin-1, as it stands in the file
-    std::string surface; // Latin-1; of an image in an object: who asks for it
-    uint64_t line = 0;   // of a scene, from 1, as an editor counts
+    std::string stored;   // Latin-1, as it stands in the file
+    std::string surface;  // Latin-1; of an image in an object: who asks for it
+    std::size_t line = 0; // of a scene, from 1, as an editor counts
 };
 
 // In the order of the file, doubles included, without "(none)": a scene's objects and its backdrop image; an object's

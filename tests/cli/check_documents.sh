@@ -28,7 +28,7 @@ completed=$(. "$source/completions/lwimport.bash"
 [ "$completed" = "$(cut -d' ' -f1 helped.tmp)" ] || { echo "the completion offers: $completed"; failed=1; }
 
 for code in $(sed -n 's/^| `\([a-z-]*\)` |.*/\1/p' "$source/docs/user/6-messages.md"); do
-    grep -rq "message<\"$code\">" "$source/host" "$source/export" || { echo "nobody tells $code"; failed=1; }
+    grep -rq "message<\"$code\">" "$source/host" "$source/export" "$source/restore" || { echo "nobody tells $code"; failed=1; }
 done
 rm -f helped.tmp told.tmp
 exit $failed
