@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "lib/import/lw/lw2tv/conversion_run.h"
+#include "lib/import/lw/base/run_state.h"
 #include "lib/toolkit/scene/scene.h"
 #include "tests/plugin/objects.h"
 #include "tests/support/run_plugin.h"

@@ -10,8 +10,9 @@
 #define LW_PRINTF(text, first)
 #endif
 
-// Of a path with its end, wherever the plug-in puts one together.
+// Of a path with its end, wherever the plug-in puts one together, and of a name: what the services write fits.
 inline constexpr std::size_t lw_path_size = 300;
+inline constexpr std::size_t lw_name_size = 256;
 
 // Copies `text` (null counts as empty) to `buffer` of `size` bytes, its end included. The length that the whole text
 // has; at or above `size` it was cut.

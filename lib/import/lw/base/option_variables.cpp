@@ -1,6 +1,7 @@
 #include "lib/import/lw/base/option_variables.h"
 
-#include "lib/import/lw/lw2tv/conversion_run.h"
+#include "lib/import/lw/base/run_state.h"
+#include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
 int16_t lw_compute_normals = 0;

@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "lib/import/lw/base/arrays.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/services/import_io.h"
-#include "lib/toolkit/vc4_tv.h"
 
 unsigned char* lw_buf_io_input_buffer = nullptr;
 int32_t lw_buf_io_chars_in_buffer = 0;
@@ -13,21 +14,15 @@ int32_t lw_file_offset = 0;
 
 int16_t lw_reset_file_read_buffer()
 {
-    if (!lw_buf_io_input_buffer) {
-        lw_buf_io_input_buffer = static_cast<unsigned char*>(Tv_Alloc_Memory(0, 0, lw_buf_io_size));
-    }
-    if (!lw_buf_io_input_buffer) {
-        Import_IO_Report_Error(4, "LW_IO_Alloc_File_Read_Buffer(): Could not allocate read buffer memory.");
-        return 1;
-    }
+    const char* const no_buffer = "LW_IO_Alloc_File_Read_Buffer(): Could not allocate read buffer memory.";
+    if (!lw_buf_io_input_buffer && !lw_allocate(&lw_buf_io_input_buffer, lw_buf_io_size, no_buffer, LW_ERROR)) return 1;
     lw_buf_io_chars_in_buffer = lw_buf_io_curr_buffer_offset = lw_file_offset = 0;
     return 0;
 }
 
 void lw_free_file_read_buffer()
 {
-    Tv_Free_Memory(lw_buf_io_input_buffer);
-    lw_buf_io_input_buffer = nullptr;
+    lw_free_array(&lw_buf_io_input_buffer);
     lw_file_offset = 0;
     lw_buf_io_chars_in_buffer = 0; // nothing may be read where there is no buffer
 }
@@ -55,9 +50,17 @@ void lw_skip_bytes(std::FILE* fp, uint32_t count)
     }
 }
 
+void lw_get_color(std::FILE* fp, float rgb[3])
+{
+    for (int i = 0; i < 3; ++i) {
+        rgb[i] = static_cast<float>(static_cast<unsigned char>(LW_GET_BYTE(fp)) / 255.0);
+    }
+    lw_skip_bytes(fp, 1);
+}
+
 static int16_t report_read_error()
 {
-    Import_IO_Report_Error(4, "File read error encountered while reading from Lightwave file");
+    lw_report(LW_ERROR, "File read error encountered while reading from Lightwave file");
     return 1;
 }
 
@@ -100,8 +103,6 @@ void get_lw_string_name(std::FILE* fp, char** name, int32_t* remaining)
         lw_skip_bytes(fp, 1);
         --*remaining;
     }
-    Tv_Free_Memory(*name);
-    *name = nullptr;
     Import_IO_Copy_String(name, buffer);
-    if (!*name) Import_IO_Report_Error(5, "Out of memory while copying a name out of the Lightwave file");
+    if (!*name) lw_report_fatal("Out of memory while copying a name out of the Lightwave file");
 }

@@ -88,6 +88,15 @@ inline uint32_t lw_id_at(const char* text)
     return lw_u4_at(reinterpret_cast<const unsigned char*>(text));
 }
 
+// A fraction in steps of 1/256.
+inline float lw_get_fraction(std::FILE* fp)
+{
+    return static_cast<float>(LW_GET_U2(fp) / 256.0);
+}
+
+// A colour: three bytes of 0 to 255 as 0 to 1, and a fourth that means nothing.
+void lw_get_color(std::FILE* fp, float rgb[3]);
+
 // The four bytes and an end.
 void LW_GET_ID(std::FILE* fp, char buffer[5]);
 

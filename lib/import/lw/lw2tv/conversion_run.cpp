@@ -5,6 +5,8 @@
 #include <cstring>
 
 #include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/report.h"
+#include "lib/import/lw/base/run_state.h"
 #include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
 #include "lib/import/lw/lw2tv/object_reader.h"
@@ -12,71 +14,12 @@
 #include "lib/platform/files.h"
 #include "lib/toolkit/vc4_tv.h"
 
-std::FILE* lw_infile = nullptr;
-std::FILE* lws_infile = nullptr;
-std::FILE* lw_debug_fp = nullptr;
-
-int32_t num_surfaces_read = 0;
-int32_t num_vertices_read = 0;
-int32_t num_v_indices_read = 0;
-int32_t num_polygons_read = 0;
-int32_t lw_object_count = 0;
-
-static std::jmp_buf jump_buffer; // where a fatal error returns to; good only inside a run
-
-bool lw_debug_is_on()
-{
-    return lw_debug_fp && lw_output_debug_info;
-}
-
-void lw_debug_printf(const char* format, ...)
-{
-    if (!lw_debug_is_on()) return;
-    va_list arguments;
-    va_start(arguments, format);
-    std::vfprintf(lw_debug_fp, format, arguments);
-    va_end(arguments);
-}
-
-void lw_report(int32_t level, const char* format, ...)
-{
-    char message[256];
-    va_list arguments;
-    va_start(arguments, format);
-    lw_format_list(message, sizeof message, format, arguments);
-    va_end(arguments);
-    Import_IO_Report_Error(level, message);
-}
-
-void lw_report_fatal(const char* message)
-{
-    Import_IO_Report_Error(5, message);
-    std::longjmp(jump_buffer, 1); // the handler has done so already, unless the services lost it
-}
-
-static void close_stream(std::FILE** stream)
-{
-    if (*stream) std::fclose(*stream);
-    *stream = nullptr;
-}
-
-void LW_Error_Handler(Import_IO_Error_Record* record)
-{
-    Import_IO_printf("%s", record->message);
-    if (record->level != 5) return;
-    if (lw_debug_fp) {
-        std::fprintf(lw_debug_fp, "%s\n", record->message);
-        std::fflush(lw_debug_fp);
-    }
-    std::longjmp(jump_buffer, 1);
-}
-
 int16_t lw_auto_detect_filetype(const char* file_name)
 {
     lw_infile = file_name ? platform::open_file(file_name, "rb") : nullptr;
     if (!lw_infile) return -1;
     if (lw_reset_file_read_buffer() != 0) {
-        close_stream(&lw_infile);
+        lw_close_stream(&lw_infile);
         return -1;
     }
     char id[5];
@@ -86,7 +29,7 @@ int16_t lw_auto_detect_filetype(const char* file_name)
         LW_GET_ID(lw_infile, id);
         recognised = std::strcmp(id, "LWOB") == 0;
     }
-    close_stream(&lw_infile);
+    lw_close_stream(&lw_infile);
     lw_free_file_read_buffer();
     return recognised ? 1 : -2;
 }
@@ -94,14 +37,14 @@ int16_t lw_auto_detect_filetype(const char* file_name)
 static int16_t convert_scene(char* file_name)
 {
     lw_free_file_read_buffer();
-    close_stream(&lw_infile);
+    lw_close_stream(&lw_infile);
     lws_infile = platform::open_file(file_name, "r");
     if (!lws_infile) {
-        lw_report(4, "Could not open file '%s' for reading.", file_name);
+        lw_report(LW_ERROR, "Could not open file '%s' for reading.", file_name);
         return 1;
     }
     const bool read = LW_Read_Scene_File(lws_infile, file_name) != 0;
-    close_stream(&lws_infile);
+    lw_close_stream(&lws_infile);
     return read ? 0 : 1;
 }
 
@@ -113,7 +56,7 @@ static int16_t convert_recognised_file(char* file_name)
     LW_GET_ID(lw_infile, id);
     if (std::strcmp(id, "LWSC") == 0) return convert_scene(file_name);
     if (std::strcmp(id, "FORM") != 0) {
-        lw_report(4, "File '%s' is not in the IFF format.", file_name);
+        lw_report(LW_ERROR, "File '%s' is not in the IFF format.", file_name);
         return 1;
     }
     return read_LWOB(lw_infile, file_name, 0, nullptr, nullptr, "world", 0) == 0 ? 0 : 1;
@@ -139,7 +82,7 @@ int16_t lw_convert_lw_file(char* file_name)
             return 0;
         }
     } else { // a level 5 report came
-        close_stream(&lw_debug_fp);
+        lw_close_stream(&lw_debug_fp);
         Import_IO_Abort_Cleanup();
         release_what_readers_left();
     }
@@ -169,14 +112,14 @@ static void open_debug_file()
     const std::size_t length =
         lw_format_text(path, sizeof path, "%s%sdebuglw.txt", known ? directory : "", known ? "\\" : "");
     if (length < sizeof path) lw_debug_fp = platform::open_file(path, "w");
-    if (!lw_debug_fp) lw_report(3, "Could not open output debug file '%s' for writing.", path);
+    if (!lw_debug_fp) lw_report(LW_WARNING, "Could not open output debug file '%s' for writing.", path);
 }
 
 static void take_option_word(const char* word, void* value)
 {
     const lw_option* const option = lw_find_option(word);
     if (!option) {
-        Tv_Report_Error(4, "ERR_GEOM_IMPORT_BAD_TOKEN", "ImportConverter_Lightwave()", word,
+        Tv_Report_Error(LW_ERROR, "ERR_GEOM_IMPORT_BAD_TOKEN", "ImportConverter_Lightwave()", word,
                         static_cast<const char*>(nullptr));
         return;
     }
@@ -215,15 +158,15 @@ void ImportConverter_Lightwave(char** names, void** values, int32_t* result, voi
 
     lw_infile = file_name ? platform::open_file(file_name, "rb") : nullptr;
     if (!lw_infile) {
-        Tv_Report_Error(4, "ERR_FILE_OPEN_READ", "ImportConverter_Lightwave()", "Lightwave", file_name ? file_name : "",
-                        static_cast<const char*>(nullptr));
+        Tv_Report_Error(LW_ERROR, "ERR_FILE_OPEN_READ", "ImportConverter_Lightwave()", "Lightwave",
+                        file_name ? file_name : "", static_cast<const char*>(nullptr));
         *result = 1;
         return;
     }
     open_debug_file();
     *result = lw_convert_lw_file(file_name);
     if (*result == 0 && lw_print_statistics_var) lw_print_statistics();
-    close_stream(&lw_debug_fp);
-    close_stream(&lw_infile);
-    close_stream(&lws_infile);
+    lw_close_stream(&lw_debug_fp);
+    lw_close_stream(&lw_infile);
+    lw_close_stream(&lws_infile);
 }

@@ -5,12 +5,11 @@
 #include "lib/import/lw/base/bounded_text.h"
 #include "lib/import/lw/base/imported_instances.h"
 #include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/report.h"
+#include "lib/import/lw/base/run_state.h"
 #include "lib/import/lw/base/tokens.h"
-#include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/texture_projection.h"
 #include "lib/toolkit/vc4_tv.h"
-
-static const std::size_t name_size = 256;
 
 // Each null entry from the second on takes the value of the entry before it.
 static void fill_forward(char** poly_surface, int32_t num_polygons)
@@ -34,7 +33,7 @@ void LW_Output_Mesh(const char* name, int32_t num_polygons, int32_t num_vertices
                     const char* parent_name, char** poly_surface, int16_t add_to_imported_list)
 {
     lw_debug_printf("Outputting mesh for object: '%s'.\n", name);
-    char object_name[name_size];
+    char object_name[lw_name_size];
     Import_IO_MakeNameUnique(lw_tokens.object, name, object_name);
     if (poly_surface) fill_forward(poly_surface, num_polygons);
     ++lw_object_count;
@@ -61,17 +60,17 @@ void LW_Output_Mesh(const char* name, int32_t num_polygons, int32_t num_vertices
         Tv_Surfacelink(lw_tokens.surface, surface_name, lw_tokens.object, object_name, 0);
     }
     if (object_only_name_out) {
-        lw_copy_text(object_only_name_out, name_size, object_name);
+        lw_copy_text(object_only_name_out, lw_name_size, object_name);
         return;
     }
 
-    char instance_name[name_size];
+    char instance_name[lw_name_size];
     const bool under_world = std::strcmp(parent_name, "world") == 0;
     Import_IO_Attach_Object_To_World(name, object_name, instance_name,
                                      under_world ? lw_tokens.instance : lw_tokens.object, parent_name);
     if (under_world) Import_IO_Set_Root_Imported_Instance_Name(instance_name);
     if (add_to_imported_list) LWS_Add_Instance_To_Imported_List(instance_name);
-    if (object_name_out) lw_copy_text(object_name_out, name_size, object_name);
-    if (instance_name_out) lw_copy_text(instance_name_out, name_size, instance_name);
+    if (object_name_out) lw_copy_text(object_name_out, lw_name_size, object_name);
+    if (instance_name_out) lw_copy_text(instance_name_out, lw_name_size, instance_name);
     UpdateInstanceWithSurfaceInfo(instance_name, surface_info);
 }

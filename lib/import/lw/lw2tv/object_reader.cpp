@@ -3,22 +3,26 @@
 #include <algorithm>
 #include <cstring>
 
+#include "lib/import/lw/base/arrays.h"
 #include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/report.h"
+#include "lib/import/lw/base/run_state.h"
 #include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
-#include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/mesh_output.h"
 #include "lib/import/lw/lw2tv/object_data.h"
 #include "lib/import/lw/lw2tv/polygons.h"
 #include "lib/import/lw/lw2tv/surface_reader.h"
 #include "lib/import/lw/lw2tv/surface_split.h"
 #include "lib/platform/files.h"
+#include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
 int32_t total_file_length = 0;
 
 static lw_object_data object; // module-wide, so that a fatal exit leaves nothing that can't be freed
 
+static const char* const no_room_for_names = "Out of memory while allocating surface names array";
 static const int32_t surface_step = 100;
 static const std::size_t surface_name_size = 256;        // of a name in SRFS, its end included
 static const std::size_t surface_chunk_name_size = 1024; // of a name ahead of a SURF chunk's sub-chunks
@@ -54,24 +58,14 @@ void lw_release_object_data()
     object = {};
 }
 
-static void* allocate(int32_t clear, std::size_t size, const char* message)
-{
-    void* const block = Tv_Alloc_Memory(0, clear, size);
-    if (!block) lw_report_fatal(message);
-    return block;
-}
-
 // ---- PNTS ----------------------------------------------------------------------------------------------------------
 
 static int16_t read_points(std::FILE* fp, int32_t chunk_size)
 {
-    Tv_Free_Memory(object.vertices);
-    object.vertices = nullptr;
     object.num_vertices = chunk_size / 12;
     // A size that isn't whole points still has its floats read; an empty chunk still has an array.
     const int32_t num_floats = chunk_size / 4;
-    object.vertices = static_cast<float*>(allocate(0, static_cast<std::size_t>(std::max(num_floats, 3)) * sizeof(float),
-                                                   "Out of memory while allocating vertex array"));
+    lw_allocate(&object.vertices, std::max(num_floats, 3), "Out of memory while allocating vertex array");
     if (get_FLOAT(fp, num_floats, object.vertices) != 0) return 1;
     lw_debug_printf("\tPNTS chunk: Number of vertex coordinates = %ld\n", static_cast<long>(object.num_vertices));
     for (int32_t i = 0; lw_debug_is_on() && i < object.num_vertices; ++i) {
@@ -87,13 +81,11 @@ static int16_t read_points(std::FILE* fp, int32_t chunk_size)
 // An earlier chunk's table goes; its strings stay while polygons may point to them.
 static void retire_surface_names()
 {
-    Tv_Free_Memory(object.surface_order);
-    object.surface_order = nullptr;
-    Tv_Free_Memory(object.surface_info);
-    object.surface_info = nullptr;
+    lw_free_array(&object.surface_order);
+    lw_free_array(&object.surface_info);
     if (!object.surface_names) return;
-    auto* const old = static_cast<lw_old_surface_names*>(
-        allocate(0, sizeof(lw_old_surface_names), "Out of memory while allocating surface names array"));
+    lw_old_surface_names* old = nullptr;
+    lw_allocate(&old, 1, no_room_for_names);
     *old = {object.surface_names, object.num_surfaces, object.old_surface_names};
     object.old_surface_names = old;
     object.surface_names = nullptr;
@@ -103,17 +95,14 @@ static void retire_surface_names()
 static void grow_surface_names()
 {
     const int32_t capacity = object.surface_capacity + std::max(surface_step, object.surface_capacity / 2);
-    void* const grown =
-        Tv_Realloc_Memory(0, object.surface_names, static_cast<std::size_t>(capacity) * sizeof(LW_Surface_Name));
-    if (!grown) lw_report_fatal("Out of memory while re-allocating surface names array");
-    object.surface_names = static_cast<LW_Surface_Name*>(grown);
+    lw_grow(&object.surface_names, capacity, "Out of memory while re-allocating surface names array");
     object.surface_capacity = capacity;
 }
 
 static void copy_surface_name(char** address, const char* text)
 {
     Import_IO_Copy_String(address, text);
-    if (!*address) lw_report_fatal("Out of memory while allocating surface names array");
+    if (!*address) lw_report_fatal(no_room_for_names);
 }
 
 static void add_surface_name(const char* name)
@@ -136,8 +125,7 @@ static void add_surface_name(const char* name)
 static bool read_surface_names(std::FILE* fp, int32_t chunk_size)
 {
     retire_surface_names();
-    object.surface_names = static_cast<LW_Surface_Name*>(
-        allocate(1, surface_step * sizeof(LW_Surface_Name), "Out of memory while allocating surface names array"));
+    lw_allocate_cleared(&object.surface_names, surface_step, no_room_for_names);
     object.surface_capacity = surface_step;
 
     char name[surface_name_size];
@@ -168,9 +156,8 @@ static bool read_surface_names(std::FILE* fp, int32_t chunk_size)
             lw_debug_printf("\t\tSurface # %d: %s\n", i + 1, object.surface_names[i].name);
         }
         num_surfaces_read += object.num_surfaces;
-        object.surface_info = static_cast<LW_Surface_Info*>(
-            allocate(1, static_cast<std::size_t>(object.num_surfaces) * sizeof(LW_Surface_Info),
-                     "Out of memory while allocating surface information array"));
+        lw_allocate_cleared(&object.surface_info, object.num_surfaces,
+                            "Out of memory while allocating surface information array");
     }
     return remaining <= 0;
 }
@@ -188,9 +175,7 @@ static int32_t find_surface_name(const char* name)
 {
     if (object.num_surfaces == 0) return -1;
     if (!object.surface_order) {
-        object.surface_order =
-            static_cast<int32_t*>(allocate(0, static_cast<std::size_t>(object.num_surfaces) * sizeof(int32_t),
-                                           "Out of memory while allocating surface names array"));
+        lw_allocate(&object.surface_order, object.num_surfaces, no_room_for_names);
         for (int32_t i = 0; i < object.num_surfaces; ++i) object.surface_order[i] = i;
         std::sort(object.surface_order, object.surface_order + object.num_surfaces, name_comes_before);
     }
@@ -231,21 +216,14 @@ static Surface_Result read_surface(std::FILE* fp, int32_t chunk_size)
     LW_Surface_Info* const info = entry >= 0 ? object.surface_info + entry : nullptr;
     const int16_t failed = LW_Parse_Surface_Definition(fp, chunk_remaining, object.surface_chunk_name, info);
     if (failed) {
-        lw_report(4, "Error while reading attributes for surface definition %s", object.surface_chunk_name);
+        lw_report(LW_ERROR, "Error while reading attributes for surface definition %s", object.surface_chunk_name);
         return SURFACE_FAILED;
     }
-    Tv_Free_Memory(object.surface_chunk_name);
-    object.surface_chunk_name = nullptr;
+    lw_free_array(&object.surface_chunk_name);
     return SURFACE_READ;
 }
 
 // ---- the walk ------------------------------------------------------------------------------------------------------
-
-static bool user_stops()
-{
-    Import_IO_Abort_Record record = {20, lw_file_offset, total_file_length, lw_object_count, num_polygons_read};
-    return Import_IO_Check_For_Abort(&record) != 0;
-}
 
 static bool chunk_is_bad(const char* id, int32_t size)
 {
@@ -259,7 +237,7 @@ static bool chunk_is_bad(const char* id, int32_t size)
 
 static int16_t report_corruption(const char* filename)
 {
-    lw_report(4,
+    lw_report(LW_ERROR,
               "Lightwave object file '%s' is corrupt at file offset 0x%lx. IFF chunk name or block length is bad. "
               "Parsing aborted.",
               filename, static_cast<unsigned long>(static_cast<uint32_t>(lw_file_offset)));
@@ -269,7 +247,7 @@ static int16_t report_corruption(const char* filename)
 static void skip_unknown_chunk(std::FILE* fp, const char* id, int32_t size)
 {
     if (lw_print_warnings) {
-        lw_report(3, "Unknown %s sub-chunk found in Lightwave file: name = '%s', size = %lu\n", "", id,
+        lw_report(LW_WARNING, "Unknown %s sub-chunk found in Lightwave file: name = '%s', size = %lu\n", "", id,
                   static_cast<unsigned long>(size));
     }
     lw_skip_bytes(fp, static_cast<uint32_t>(size));
@@ -282,7 +260,7 @@ static int16_t read_chunks(std::FILE* fp, uint32_t form_remaining, const char* f
 {
     bool cut = false; // the file ended within a chunk
     while (form_remaining != 0) {
-        if (user_stops()) return 1;
+        if (lw_user_stops(lw_file_offset, total_file_length)) return 1;
         char id[5];
         LW_GET_ID(fp, id);
         const int32_t size = static_cast<int32_t>(LW_GET_U4(fp));
@@ -316,7 +294,7 @@ static int16_t read_form(std::FILE* fp, const char* filename, int16_t read_form_
     if (read_form_id) {
         LW_GET_ID(fp, id);
         if (std::strcmp(id, "FORM") != 0) {
-            lw_report(4, "File '%s' is not in the IFF format.", filename);
+            lw_report(LW_ERROR, "File '%s' is not in the IFF format.", filename);
             return 1;
         }
         char text[256];
@@ -325,12 +303,12 @@ static int16_t read_form(std::FILE* fp, const char* filename, int16_t read_form_
     }
     const uint32_t form_length = LW_GET_U4(fp);
     if (form_length == 0) {
-        lw_report(4, "Bad FORM length (zero) in Lighwave file %s", filename);
+        lw_report(LW_ERROR, "Bad FORM length (zero) in Lighwave file %s", filename);
         return 1;
     }
     LW_GET_ID(fp, id);
     if (std::strcmp(id, "LWOB") != 0) {
-        lw_report(4, "File '%s' is not in the Lighwave LWOB format", filename);
+        lw_report(LW_ERROR, "File '%s' is not in the Lighwave LWOB format", filename);
         return 1;
     }
     return read_chunks(fp, form_length - 4, filename);
@@ -342,11 +320,11 @@ static void build_object(char* instance_name_out, char* object_name_out, const c
                          int16_t add_to_imported_list)
 {
     if (object.num_polygons < 1) {
-        lw_report(3, "Object '%s' does not have any polygons in it!\n", object.base_name);
+        lw_report(LW_WARNING, "Object '%s' does not have any polygons in it!\n", object.base_name);
         return;
     }
     if (object.num_vertices < 3) {
-        lw_report(3, "Object '%s' does not have any vertices in it!\n", object.base_name);
+        lw_report(LW_WARNING, "Object '%s' does not have any vertices in it!\n", object.base_name);
         return;
     }
     num_polygons_read += object.num_polygons;

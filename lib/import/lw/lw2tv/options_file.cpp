@@ -6,6 +6,7 @@
 
 #include "lib/import/lw/base/bounded_text.h"
 #include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/platform/files.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
@@ -88,7 +89,7 @@ int16_t SaveImportConvertOptions_Lightwave(char* path)
         std::fclose(fp);
     }
     if (written) return 0;
-    Tv_Report_Error(4, "OUTERR_FILE_OPEN_WRITE", "SaveImportConvertOptions_Lightwave()", "Lightwave .INI", path,
+    Tv_Report_Error(LW_ERROR, "OUTERR_FILE_OPEN_WRITE", "SaveImportConvertOptions_Lightwave()", "Lightwave .INI", path,
                     static_cast<const char*>(nullptr));
     return 1;
 }

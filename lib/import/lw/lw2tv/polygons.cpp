@@ -4,9 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "lib/import/lw/base/arrays.h"
 #include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/report.h"
+#include "lib/import/lw/base/run_state.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
-#include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/toolkit/vc4_tv.h"
 
 static const int32_t index_step = 4000;
@@ -21,18 +23,10 @@ static int32_t grown_capacity(int32_t step, int64_t needed)
     return static_cast<int32_t>(std::min((needed / step + 1) * step, int64_t{INT32_MAX}));
 }
 
-static void* grow(void* block, int32_t capacity, std::size_t entry_size, const char* message)
-{
-    void* const grown = Tv_Realloc_Memory(0, block, static_cast<std::size_t>(capacity) * entry_size);
-    if (!grown) lw_report_fatal(message);
-    return grown;
-}
-
 static void make_room_for_indices(int32_t** face_indices, int32_t* index_capacity, int64_t needed)
 {
     const int32_t capacity = grown_capacity(index_step, needed);
-    *face_indices = static_cast<int32_t*>(
-        grow(*face_indices, capacity, sizeof(int32_t), "Out of memory while re-allocating MESH face indices array"));
+    lw_grow(face_indices, capacity, "Out of memory while re-allocating MESH face indices array");
     *index_capacity = capacity;
 }
 
@@ -40,10 +34,8 @@ static void make_room_for_polygons(int32_t** verts_per_poly, char*** poly_surfac
                                    int64_t needed)
 {
     const int32_t capacity = grown_capacity(poly_step, needed);
-    *verts_per_poly = static_cast<int32_t*>(grow(*verts_per_poly, capacity, sizeof(int32_t),
-                                                 "Out of memory while re-allocating MESH vertices/polygon array"));
-    *poly_surface = static_cast<char**>(
-        grow(*poly_surface, capacity, sizeof(char*), "Out of memory while re-allocating surface names array"));
+    lw_grow(verts_per_poly, capacity, "Out of memory while re-allocating MESH vertices/polygon array");
+    lw_grow(poly_surface, capacity, "Out of memory while re-allocating surface names array");
     *poly_capacity = capacity;
 }
 
@@ -159,30 +151,14 @@ static int16_t read_and_link(lw_object_data* object, int32_t* chunk_remaining)
     return surface_number;
 }
 
-static void* allocate(int32_t clear, int32_t capacity, std::size_t entry_size, const char* message)
-{
-    void* const block = Tv_Alloc_Memory(0, clear, static_cast<std::size_t>(capacity) * entry_size);
-    if (!block) lw_report_fatal(message);
-    return block;
-}
-
 static void start_arrays(lw_object_data* object)
 {
-    Tv_Free_Memory(object->face_indices);
-    Tv_Free_Memory(object->verts_per_poly);
-    Tv_Free_Memory(object->poly_surface);
-    object->face_indices = nullptr;
-    object->verts_per_poly = nullptr;
-    object->poly_surface = nullptr;
     object->num_polygons = object->num_indices = 0;
     object->index_capacity = index_step;
     object->poly_capacity = poly_step;
-    object->face_indices = static_cast<int32_t*>(
-        allocate(0, index_step, sizeof(int32_t), "Out of memory while allocating MESH face indices array"));
-    object->verts_per_poly = static_cast<int32_t*>(
-        allocate(0, poly_step, sizeof(int32_t), "Out of memory while allocating MESH vertices/polygon array"));
-    object->poly_surface = static_cast<char**>(
-        allocate(1, poly_step, sizeof(char*), "Out of memory while allocating surface names array"));
+    lw_allocate(&object->face_indices, index_step, "Out of memory while allocating MESH face indices array");
+    lw_allocate(&object->verts_per_poly, poly_step, "Out of memory while allocating MESH vertices/polygon array");
+    lw_allocate_cleared(&object->poly_surface, poly_step, "Out of memory while allocating surface names array");
 }
 
 // Reads the details behind a polygon with a negative surface number. They have none of their own: a negative number
@@ -197,7 +173,8 @@ static void read_details(lw_object_data* object, int32_t* chunk_remaining, const
                          "imported as separate polygons.",
                          filename, count);
     }
-    for (int16_t i = 0; i<count&& * chunk_remaining> 0 && !lw_at_end_of_file(lw_infile); ++i) {
+    for (int16_t i = 0; i < count; ++i) {
+        if (*chunk_remaining <= 0 || lw_at_end_of_file(lw_infile)) return;
         read_and_link(object, chunk_remaining);
     }
 }

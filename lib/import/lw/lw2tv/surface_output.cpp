@@ -12,7 +12,7 @@ void lw_output_surface_color(const char* surface_name, const float rgb[3])
 static void output_reflection_map(const char* surface_name, const lw_surface_attributes* attributes)
 {
     const char* const image = attributes->reflection_map_name;
-    char texture_name[256]; // not made unique: surfaces with one map share the texture
+    char texture_name[lw_name_size]; // not made unique: surfaces with one map share the texture
     lw_format_text(texture_name, sizeof texture_name, "rmap: %s", image);
     int32_t image_type = 0;
     Tv_Determine_Image_File_Type(image, &image_type);

@@ -1,13 +1,15 @@
 #include "lib/import/lw/lw2tv/surface_reader.h"
 
+#include "lib/import/lw/base/bounded_text.h"
 #include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/base/path_mapping.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
-#include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/surface_output.h"
 #include "lib/import/lw/lw2tv/texture_layers.h"
 #include "lib/import/lw/lw2tv/texture_records.h"
+#include "lib/services/import_io.h"
 #include "lib/toolkit/units.h"
 #include "lib/toolkit/vc4_tv.h"
 
@@ -15,7 +17,7 @@
 static lw_surface_attributes attributes;
 static LW_Texture_Struct* texture_list = nullptr;
 static LW_Texture_Struct* current_texture = nullptr; // the newest, which T... sub-chunks refine
-static char translated_name[256];
+static char translated_name[lw_name_size];
 
 void lw_release_surface_data()
 {
@@ -39,10 +41,7 @@ static void set_start_values(const char* surface_name)
 static void read_color(std::FILE* fp)
 {
     float rgb[3];
-    for (float& component : rgb) {
-        component = static_cast<float>(static_cast<unsigned char>(LW_GET_BYTE(fp)) / 255.0);
-    }
-    lw_skip_bytes(fp, 1);
+    lw_get_color(fp, rgb);
     lw_debug_printf("\t\tColor = %g %g %g\n", static_cast<double>(rgb[0]), static_cast<double>(rgb[1]),
                     static_cast<double>(rgb[2]));
     lw_output_surface_color(translated_name, rgb);
@@ -65,7 +64,7 @@ static void read_flags(std::FILE* fp, LW_Surface_Info* surface_info)
 // The two forms of a coefficient feed one attribute: the one that stands later wins.
 static void read_fraction(std::FILE* fp, const char* what, float* value)
 {
-    *value = static_cast<float>(LW_GET_U2(fp) / 256.0);
+    *value = lw_get_fraction(fp);
     lw_debug_printf("\t\t%s = %g\n", what, static_cast<double>(*value));
 }
 
@@ -131,7 +130,7 @@ static void skip_unknown(std::FILE* fp, const char* id, uint16_t size)
 {
     lw_debug_printf("\t\tUnrecognized sub-Chunk name: '%s', size = %lu\n", id, static_cast<unsigned long>(size));
     if (lw_print_warnings) {
-        lw_report(3, "Unknown %s sub-chunk found in Lightwave file: name = '%s', size = %lu\n", "", id,
+        lw_report(LW_WARNING, "Unknown %s sub-chunk found in Lightwave file: name = '%s', size = %lu\n", "", id,
                   static_cast<unsigned long>(size));
     }
     lw_skip_bytes(fp, size);

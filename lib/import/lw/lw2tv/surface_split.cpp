@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "lib/import/lw/base/arrays.h"
 #include "lib/import/lw/base/bounded_text.h"
 #include "lib/import/lw/base/imported_instances.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/import/lw/base/tokens.h"
-#include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/mesh_output.h"
 #include "lib/import/lw/lw2tv/texture_projection.h"
 #include "lib/toolkit/vc4_tv.h"
@@ -49,36 +50,19 @@ struct Split_Data {
 
 static Split_Data split; // module-wide, so that a fatal exit leaves nothing that can't be freed
 
-static const std::size_t name_size = 256; // what the services write, whatever the name's use
-
-template <typename T>
-static void free_array(T** array)
-{
-    Tv_Free_Memory(*array);
-    *array = nullptr;
-}
-
 void lw_release_split_data()
 {
-    free_array(&split.vertex_tag);
-    free_array(&split.vertex_remap);
-    free_array(&split.used_points);
-    free_array(&split.keys);
-    free_array(&split.surfaces);
-    free_array(&split.runs);
-    free_array(&split.run_order);
+    lw_free_array(&split.vertex_tag);
+    lw_free_array(&split.vertex_remap);
+    lw_free_array(&split.used_points);
+    lw_free_array(&split.keys);
+    lw_free_array(&split.surfaces);
+    lw_free_array(&split.runs);
+    lw_free_array(&split.run_order);
     split.num_runs = split.room_for_runs = 0;
-    free_array(&split.piece_verts_per_poly);
-    free_array(&split.piece_indices);
-    free_array(&split.piece_vertices);
-}
-
-template <typename T>
-static void allocate(T** array, int32_t clear, int32_t count, const char* message)
-{
-    const std::size_t entries = static_cast<std::size_t>(count > 0 ? count : 1);
-    *array = static_cast<T*>(Tv_Alloc_Memory(0, clear, entries * sizeof(T)));
-    if (!*array) lw_report_fatal(message);
+    lw_free_array(&split.piece_verts_per_poly);
+    lw_free_array(&split.piece_indices);
+    lw_free_array(&split.piece_vertices);
 }
 
 static Surface_Key* find_place(const char* unique_name)
@@ -95,7 +79,7 @@ static void make_keys(const lw_object_data* object, int32_t count, const char* m
 {
     int32_t places = 4;
     while (places < 2 * count) places *= 2;
-    allocate(&split.keys, 1, places, message);
+    lw_allocate_cleared(&split.keys, places, message);
     split.key_mask = static_cast<uint32_t>(places - 1);
     for (int32_t i = 0; i < count; ++i) {
         const char* const name = object->surface_names[i].unique_name;
@@ -108,9 +92,7 @@ static void add_run(const Polygon_Run& run, const char* message)
 {
     if (split.num_runs == split.room_for_runs) {
         const int32_t room = split.room_for_runs + split.room_for_runs / 2 + 256;
-        void* const runs = Tv_Realloc_Memory(0, split.runs, static_cast<std::size_t>(room) * sizeof(Polygon_Run));
-        if (!runs) lw_report_fatal(message);
-        split.runs = static_cast<Polygon_Run*>(runs);
+        lw_grow(&split.runs, room, message);
         split.room_for_runs = room;
     }
     split.runs[split.num_runs++] = run;
@@ -162,17 +144,17 @@ static void part_polygons(const lw_object_data* object, int32_t count)
     const char* const polygons_message = "Out of memory while allocating temporary MESH vertices/polygon array";
     const char* const indices_message = "Out of memory while allocating temporary MESH face indices array";
     make_keys(object, count, polygons_message);
-    allocate(&split.surfaces, 1, count + 1, polygons_message);
+    lw_allocate_cleared(&split.surfaces, count + 1, polygons_message);
     find_runs(object, polygons_message);
-    allocate(&split.run_order, 0, split.num_runs, polygons_message);
+    lw_allocate(&split.run_order, split.num_runs, polygons_message);
     order_runs(count);
     int32_t most_polygons = 0, most_indices = 0;
     for (int32_t i = 0; i < count; ++i) {
         most_polygons = std::max(most_polygons, split.surfaces[i].num_polygons);
         most_indices = std::max(most_indices, split.surfaces[i].num_indices);
     }
-    allocate(&split.piece_verts_per_poly, 0, most_polygons, polygons_message);
-    allocate(&split.piece_indices, 0, most_indices, indices_message);
+    lw_allocate(&split.piece_verts_per_poly, most_polygons, polygons_message);
+    lw_allocate(&split.piece_indices, most_indices, indices_message);
 }
 
 static void make_parent(const lw_object_data* object, char* group_object_name, std::size_t size,
@@ -267,13 +249,13 @@ static void output_piece(const lw_object_data* object, int32_t surface, const ch
     const int32_t num_vertices = gather_polygons(object, runs, tag);
     if (num_vertices == 0) return; // no polygon, or none that names a point
     number_points(object->num_vertices, num_vertices, tag);
-    allocate(&split.piece_vertices, 0, 3 * num_vertices, "Out of memory while allocating temporary vertex array");
+    lw_allocate(&split.piece_vertices, 3 * num_vertices, "Out of memory while allocating temporary vertex array");
     copy_points(object, num_vertices);
     for (int32_t i = 0; i < runs->num_indices; ++i) indices[i] = split.vertex_remap[indices[i]];
 
     const LW_Surface_Name& entry = object->surface_names[surface];
     const LW_Surface_Info* const info = object->surface_info + surface;
-    char piece_object_name[name_size], instance_name[name_size];
+    char piece_object_name[lw_name_size], instance_name[lw_name_size];
     LW_Output_Mesh(entry.name, num_polygons, num_vertices, split.piece_verts_per_poly, split.piece_vertices, indices,
                    entry.unique_name, piece_object_name, info, nullptr, nullptr, parent_name, nullptr,
                    add_to_imported_list);
@@ -283,25 +265,26 @@ static void output_piece(const lw_object_data* object, int32_t surface, const ch
     Import_IO_SaveHandleName(lw_tokens.instance, instance_name);
     UpdateInstanceWithSurfaceInfo(instance_name, info);
     if (add_to_imported_list) LWS_Add_Instance_To_Imported_List(instance_name);
-    free_array(&split.piece_vertices);
+    lw_free_array(&split.piece_vertices);
 }
 
 void lw_split_by_surface(lw_object_data* object, char* instance_name_out, char* object_name_out,
                          const char* parent_name, int16_t add_to_imported_list)
 {
     lw_debug_printf("\nExploding mesh for object %s\n", object->base_name);
-    allocate(&split.vertex_tag, 1, object->num_vertices + 1, "Out of memory while allocating the vertex tag array");
-    allocate(&split.vertex_remap, 1, object->num_vertices + 1,
-             "Out of memory while allocating the vertex remapping array");
-    allocate(&split.used_points, 0, object->num_vertices, "Out of memory while allocating the vertex remapping array");
+    lw_allocate_cleared(&split.vertex_tag, object->num_vertices + 1,
+                        "Out of memory while allocating the vertex tag array");
+    lw_allocate_cleared(&split.vertex_remap, object->num_vertices + 1,
+                        "Out of memory while allocating the vertex remapping array");
+    lw_allocate(&split.used_points, object->num_vertices, "Out of memory while allocating the vertex remapping array");
     // Surfaces are counted in 16 bits here.
     const int16_t count = static_cast<int16_t>(object->num_surfaces);
     if (count > 0) part_polygons(object, count);
 
-    char group_object_name[512], group_instance_name[name_size];
+    char group_object_name[512], group_instance_name[lw_name_size];
     make_parent(object, group_object_name, sizeof group_object_name, group_instance_name, parent_name);
-    if (object_name_out) lw_copy_text(object_name_out, name_size, group_object_name);
-    if (instance_name_out) lw_copy_text(instance_name_out, name_size, group_instance_name);
+    if (object_name_out) lw_copy_text(object_name_out, lw_name_size, group_object_name);
+    if (instance_name_out) lw_copy_text(instance_name_out, lw_name_size, group_instance_name);
     for (int32_t surface = 0; surface < count; ++surface) {
         output_piece(object, surface, group_object_name, parent_name, add_to_imported_list);
     }

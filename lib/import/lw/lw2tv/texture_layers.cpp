@@ -8,8 +8,8 @@
 
 struct Layer {
     const char* surface;
-    char name[32];     // "layer 1"
-    char texture[256]; // the toolkit texture's unique name
+    char name[32];              // "layer 1"
+    char texture[lw_name_size]; // the toolkit texture's unique name
     const LW_Texture_Struct* record;
     int32_t wrapu, wrapv; // tokens
 };

@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "lib/import/lw/base/path_mapping.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/import/lw/lw2tv/binary_input.h"
-#include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/toolkit/vc4_tv.h"
 
 void LW_Init_Texture_Struct(LW_Texture_Struct* texture)
@@ -45,11 +45,6 @@ void lw_free_texture_list(LW_Texture_Struct** list)
     }
 }
 
-static float read_fraction(std::FILE* fp)
-{
-    return static_cast<float>(LW_GET_U2(fp) / 256.0);
-}
-
 static void read_image_name(std::FILE* fp, int32_t remaining, LW_Texture_Struct* texture)
 {
     get_lw_string_name(fp, &texture->image_name, &remaining);
@@ -76,14 +71,6 @@ static void read_flags(std::FILE* fp, LW_Texture_Struct* texture)
     texture->negative_image = flags & 0x10 ? 1 : 0;
     texture->pixel_blending = flags & 0x20 ? 1 : 0;
     texture->antialiasing = flags & 0x40 ? 1 : 0;
-}
-
-static void read_color(std::FILE* fp, LW_Texture_Struct* texture)
-{
-    for (float& component : texture->color) {
-        component = static_cast<float>(static_cast<unsigned char>(LW_GET_BYTE(fp)) / 255.0);
-    }
-    lw_skip_bytes(fp, 1);
 }
 
 static void read_opacity(std::FILE* fp, LW_Texture_Struct* texture)
@@ -120,8 +107,8 @@ static bool read_refinement(std::FILE* fp, uint32_t id, uint16_t size, LW_Textur
         break;
     case lw_id("TFAL"): get_FLOAT(fp, 3, texture->falloff); break;
     case lw_id("TVEL"): get_FLOAT(fp, 3, texture->velocity); break;
-    case lw_id("TCLR"): read_color(fp, texture); break;
-    case lw_id("TVAL"): texture->intensity = read_fraction(fp); break;
+    case lw_id("TCLR"): lw_get_color(fp, texture->color); break;
+    case lw_id("TVAL"): texture->intensity = lw_get_fraction(fp); break;
     case lw_id("TAMP"): get_FLOAT(fp, 1, &texture->amplitude); break;
     case lw_id("TFRQ"): texture->num_frequencies = static_cast<int16_t>(LW_GET_U2(fp)); break;
     case lw_id("TSP0"):
@@ -130,9 +117,9 @@ static bool read_refinement(std::FILE* fp, uint32_t id, uint16_t size, LW_Textur
     case lw_id("TFP1"): get_FLOAT(fp, 1, &texture->param[1]); break;
     case lw_id("TSP2"):
     case lw_id("TFP2"): get_FLOAT(fp, 1, &texture->param[2]); break;
-    case lw_id("TIP0"): texture->param[0] = read_fraction(fp); break;
-    case lw_id("TIP1"): texture->param[1] = read_fraction(fp); break;
-    case lw_id("TIP2"): texture->param[2] = read_fraction(fp); break;
+    case lw_id("TIP0"): texture->param[0] = lw_get_fraction(fp); break;
+    case lw_id("TIP1"): texture->param[1] = lw_get_fraction(fp); break;
+    case lw_id("TIP2"): texture->param[2] = lw_get_fraction(fp); break;
     case lw_id("TOPC"): read_opacity(fp, texture); break;
     case lw_id("TAAS"): read_dropped_float(fp); break;
     case lw_id("TALP"): read_dropped_string(fp, size); break;

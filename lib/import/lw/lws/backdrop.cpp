@@ -1,13 +1,12 @@
 #include "lib/import/lw/lws/backdrop.h"
 
-#include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/base/path_mapping.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lws/scene_numbers.h"
 #include "lib/import/lw/lws/scene_parameters.h"
 #include "lib/import/lw/lws/tokenizer.h"
 #include "lib/services/import_io.h"
-#include "lib/toolkit/units.h"
 #include "lib/toolkit/vc4_tv.h"
 
 static constexpr const char* background_texture = "TAVRIN___BG_TEXTURE_NAME";
@@ -34,37 +33,8 @@ int16_t lw_read_background_image()
     if (!lw_get_next_token()) return 0;
     Import_IO_Copy_String(&scn->bg_image, token_buffer);
     convert_lw_filename(&scn->bg_image, 0, 1);
-    if (scn->bg_image) return 1;
-    Import_IO_Report_Error(5, "Out of memory while copying the name of the background image");
-    return 0;
-}
-
-// 1/4800 s. The frame is divided first here, in double precision; keys go by lw_key_time.
-static int32_t time_of_frame(int32_t frame)
-{
-    const double number = static_cast<double>(static_cast<float>(frame));
-    return lws_truncate_to_int32(number / static_cast<double>(scn->frames_per_second) * tv::time_units_per_second);
-}
-
-void lw_update_time_line()
-{
-    if (lw_import_keyframe0_only || !scn->has_animation) return;
-    int32_t length = 0, starttime = 0, endtime = 0, currtime = 0, framepause = 0, framestep = 0, framerate = 0;
-    Tv_Inquire_Animation(lw_tokens.length, &length, 1, lw_tokens.starttime, &starttime, 1, lw_tokens.endtime, &endtime,
-                         1, lw_tokens.currtime, &currtime, 1, lw_tokens.framepause, &framepause, 1, lw_tokens.framestep,
-                         &framestep, 1, lw_tokens.framerate, &framerate, 1, 0);
-    framerate = lws_truncate_to_int32(static_cast<double>(scn->frames_per_second));
-    Tv_Animation(lw_tokens.framerate, &framerate, 0);
-    const int32_t start = time_of_frame(scn->first_frame);
-    if (starttime > start) {
-        starttime = start;
-        Tv_Animation(lw_tokens.starttime, &starttime, 0);
-    }
-    const int32_t end = time_of_frame(scn->last_frame);
-    if (endtime < end) {
-        endtime = end;
-        Tv_Animation(lw_tokens.endtime, &endtime, 0);
-    }
+    if (!scn->bg_image) lw_report_fatal("Out of memory while copying the name of the background image");
+    return 1;
 }
 
 static void set_background_image()

@@ -1,4 +1,4 @@
-// What a scene says about the world around its objects: backdrop, time line, ambient light.
+// What a scene says about the world around its objects: backdrop and ambient light.
 #pragma once
 #include <cstdint>
 
@@ -7,6 +7,5 @@ int16_t lw_read_ambient_color();
 int16_t lw_read_ambient_intensity();
 int16_t lw_read_background_image();
 
-// Closing steps of a read that ended well: the toolkit's time line grows to hold the scene's, then the background is set.
-void lw_update_time_line();
+// Closing step of a read that ended well.
 void lw_update_background();

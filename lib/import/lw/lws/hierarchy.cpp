@@ -2,8 +2,8 @@
 
 #include "lib/import/lw/base/bounded_text.h"
 #include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/import/lw/base/tokens.h"
-#include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
@@ -11,7 +11,7 @@
 struct Parent {
     int32_t kind; // token; 0 for a detached instance, which has no name either
     bool has_name;
-    char name[256];
+    char name[lw_name_size];
 };
 
 static void inquire_parent(const char* instance, Parent* parent)
@@ -47,7 +47,7 @@ static void wrap(lw_object_info* row)
 {
     const char* const instance = row->instance_name;
     float matrix[4][4];
-    char group[256];
+    char group[lw_name_size];
     Parent parent;
     Tv_Matrix_Identity(matrix); // kept where the toolkit knows no such instance
     inquire_parent(instance, &parent);
@@ -98,7 +98,7 @@ void lw_update_obj_hierarchy(int16_t count, lw_object_info* rows)
         lw_object_info* const child = &rows[i];
         if (child->parent_index == -1 || !child->instance_name) continue;
         if (child->parent_index < -1 || child->parent_index >= count) {
-            lw_report(4, "A 'parent' number (%d) was found which exceeds the number of imported files (%d).\n",
+            lw_report(LW_ERROR, "A 'parent' number (%d) was found which exceeds the number of imported files (%d).\n",
                       child->parent_index + 1, count);
             Tv_Detach(lw_tokens.instance, child->instance_name, 0);
             Tv_Attach(lw_tokens.instance, child->instance_name, lw_tokens.instance, "world", 0);

@@ -1,5 +1,7 @@
 #include "lib/import/lw/lws/lights.h"
 
+#include "lib/import/lw/base/bounded_text.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/import/lw/base/tokens.h"
 #include "lib/import/lw/lws/aim.h"
 #include "lib/import/lw/lws/keywords.h"
@@ -21,13 +23,10 @@ int16_t lw_add_light()
     if (keyword == KW_NONE) return 0;
     if (keyword != KW_LIGHT_NAME) return 1; // no light: what follows lands on the values of the one before
     if (!lw_get_next_token()) return 0;
-    char unique_name[256];
+    char unique_name[lw_name_size];
     Import_IO_MakeNameUnique(lw_tokens.light, token_buffer, unique_name);
     Import_IO_Copy_String(&scn->light_name, unique_name);
-    if (!scn->light_name) {
-        Import_IO_Report_Error(5, "Out of memory while copying a light's name");
-        return 0;
-    }
+    if (!scn->light_name) lw_report_fatal("Out of memory while copying a light's name");
     Tv_Light(scn->light_name, lw_tokens.model, lw_tokens.direction, 0);
     lw_reset_light_params();
     return 1;

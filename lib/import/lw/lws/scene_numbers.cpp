@@ -7,11 +7,10 @@
 #include <cstring>
 #include <limits>
 
-#include "lib/import/lw/lw2tv/conversion_run.h"
+#include "lib/import/lw/base/arrays.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/import/lw/lws/keywords.h"
-#include "lib/import/lw/lws/scene_parameters.h"
 #include "lib/import/lw/lws/tokenizer.h"
-#include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
 // Envelopes within envelopes; one more is no number. No program writes even two.
@@ -20,7 +19,7 @@ static int envelope_depth = 0; // of the number being read; back at 0 behind it
 
 void lw_syntax_err(const char* message)
 {
-    lw_report(4, "%s Line number = %d. Last token parsed = '%s'\n", message, line_num,
+    lw_report(LW_ERROR, "%s Line number = %d. Last token parsed = '%s'\n", message, line_num,
               lws_keyword_name(last_token_read));
 }
 
@@ -143,25 +142,34 @@ int16_t lws_get_float(float* value)
     return 0;
 }
 
-// One key, place by place.
-static bool read_envelope_key(lw_motion_key* key)
+int16_t lws_get_key_tail(lw_motion_key* key)
 {
-    return lws_get_float(&key->position[0]) && lws_get_int16(&key->frame) && lws_get_int16(&key->linear) &&
-           lws_get_float(&key->tension) && lws_get_float(&key->continuity) && lws_get_float(&key->bias);
+    return lws_get_int16(&key->frame) && lws_get_int16(&key->linear) && lws_get_float(&key->tension) &&
+           lws_get_float(&key->continuity) && lws_get_float(&key->bias);
+}
+
+int16_t lws_get_envelope_key(lw_motion_key* key)
+{
+    return lws_get_float(&key->position[0]) && lws_get_key_tail(key);
+}
+
+int16_t lws_get_end_behavior(lw_motion_key* last_key)
+{
+    const int16_t keyword = lw_next_keyword();
+    if (keyword == KW_NONE) return 0;
+    if (keyword == KW_END_BEHAVIOR) return lws_get_int16(&last_key->end_behavior);
+    lw_syntax_err("Expecting token 'EndBehavior' after motion curve data");
+    return 1;
 }
 
 // Nothing but the first key's value is wanted, so the keys share one record: what a file claims to hold costs no memory.
 static bool read_envelope_keys(int16_t count, lw_motion_key* key, float* value)
 {
     for (int16_t i = 0; i < count; ++i) {
-        if (!read_envelope_key(key)) return false;
+        if (!lws_get_envelope_key(key)) return false;
         if (i == 0) *value = key->position[0];
     }
-    const int16_t keyword = lw_next_keyword();
-    if (keyword == KW_NONE) return false;
-    if (keyword == KW_END_BEHAVIOR) return lws_get_int16(&key->end_behavior);
-    lw_syntax_err("Expecting token 'EndBehavior' after motion curve data");
-    return true;
+    return lws_get_end_behavior(key);
 }
 
 int16_t lws_get_envelope_float(float* value)
@@ -171,11 +179,8 @@ int16_t lws_get_envelope_float(float* value)
     int16_t count;
     if (!lws_get_long(&channels) || !lws_get_int16(&count)) return 0;
     if (count < 1) return 1;
-    auto* const key = static_cast<lw_motion_key*>(Tv_Alloc_Memory(0, 1, sizeof(lw_motion_key)));
-    if (!key) {
-        Import_IO_Report_Error(4, "Out of memory while allocating space for keyframe data list.");
-        return 0;
-    }
+    lw_motion_key* key = nullptr;
+    if (!lw_allocate_cleared(&key, 1, lws_no_room_for_keys, LW_ERROR)) return 0;
     const bool good = read_envelope_keys(count, key, value);
     Tv_Free_Memory(key);
     if (!good) {

@@ -3,6 +3,8 @@
 #pragma once
 #include <cstdint>
 
+#include "lib/import/lw/lws/scene_parameters.h"
+
 // One number. 0 on failure, which has been reported.
 int16_t lws_get_long(int64_t* value);
 int16_t lws_get_float(float* value);
@@ -16,6 +18,15 @@ int16_t lws_get_int32(int32_t* value);
 
 // Three integers of 0 to 255 as a colour, each divided by 255 and limited to 0 to 1.
 int16_t lws_get_color(float color[3]);
+
+// The fields that keys of both kinds end with, from the frame on; a whole key of an envelope; and what stands behind
+// the last key: stray tokens, then "EndBehavior" with its number. Another keyword in its place is told, and lost. 0 on
+// failure.
+int16_t lws_get_key_tail(lw_motion_key* key);
+int16_t lws_get_envelope_key(lw_motion_key* key);
+int16_t lws_get_end_behavior(lw_motion_key* last_key);
+
+inline constexpr char lws_no_room_for_keys[] = "Out of memory while allocating space for keyframe data list.";
 
 // Reports `message` at level 4 with the line and the keyword dispatched last.
 void lw_syntax_err(const char* message);

@@ -1,20 +1,22 @@
 #include "lib/import/lw/lws/scene_reader.h"
 
+#include "lib/import/lw/base/arrays.h"
 #include "lib/import/lw/base/imported_instances.h"
-#include "lib/import/lw/lw2tv/conversion_run.h"
+#include "lib/import/lw/base/report.h"
+#include "lib/import/lw/base/run_state.h"
 #include "lib/import/lw/lws/backdrop.h"
 #include "lib/import/lw/lws/camera.h"
 #include "lib/import/lw/lws/hierarchy.h"
 #include "lib/import/lw/lws/keywords.h"
 #include "lib/import/lw/lws/lights.h"
 #include "lib/import/lw/lws/motion.h"
+#include "lib/import/lw/lws/object_list.h"
 #include "lib/import/lw/lws/scene_numbers.h"
-#include "lib/import/lw/lws/scene_objects.h"
 #include "lib/import/lw/lws/scene_parameters.h"
+#include "lib/import/lw/lws/time_line.h"
 #include "lib/import/lw/lws/tokenizer.h"
 #include "lib/import/lw/lws/transforms.h"
 #include "lib/platform/files.h"
-#include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
 // The host is asked whether to go on at every tenth keyword.
@@ -23,56 +25,33 @@ static constexpr int16_t passes_a_poll = 10;
 static int32_t file_size = 0; // bytes
 static lw_motion_block stray_envelope = {};
 
-static char* allocate(std::size_t size, const char* message)
-{
-    auto* const buffer = static_cast<char*>(Tv_Alloc_Memory(0, 0, size));
-    if (!buffer) Import_IO_Report_Error(4, message);
-    return buffer;
-}
-
 static int16_t make_buffers()
 {
     constexpr const char* no_buffer = "Out of memory while allocating space for the input file buffer.";
-    if (!lws_buf_io_input_buffer)
-        lws_buf_io_input_buffer =
-            allocate(lws_block_size, "LWS_IO_Alloc_File_Read_Buffer(): Could not allocate read buffer memory.");
-    if (!lws_buf_io_input_buffer) return 0;
+    constexpr const char* no_block = "LWS_IO_Alloc_File_Read_Buffer(): Could not allocate read buffer memory.";
+    if (!lws_buf_io_input_buffer && !lw_allocate(&lws_buf_io_input_buffer, lws_block_size, no_block, LW_ERROR))
+        return 0;
     lws_eof_reached = false;
     lws_buf_io_chars_in_buffer = lws_buf_io_curr_buffer_offset = 0;
-    input_line_buffer = allocate(lws_line_size, no_buffer);
-    if (!input_line_buffer) return 0;
-    token_buffer = allocate(lws_token_size, no_buffer);
-    if (!token_buffer) return 0;
+    if (!lw_allocate(&input_line_buffer, lws_line_size, no_buffer, LW_ERROR)) return 0;
+    if (!lw_allocate(&token_buffer, lws_token_size, no_buffer, LW_ERROR)) return 0;
     if (lw_make_scene_params()) return 1;
-    Import_IO_Report_Error(4, "Out of memory while allocating space for the local scene parameters buffer.");
+    lw_report(LW_ERROR, "Out of memory while allocating space for the local scene parameters buffer.");
     return 0;
 }
 
 void lws_release_scene()
 {
-    Tv_Free_Memory(input_line_buffer);
-    Tv_Free_Memory(token_buffer);
-    input_line_buffer = token_buffer = nullptr;
+    lw_free_array(&input_line_buffer);
+    lw_free_array(&token_buffer);
     curr_buf_ptr = nullptr;
-    lw_free_scene_objects();
+    lw_free_object_list();
     lws_free_imported_list();
     lw_drop_motion(&stray_envelope);
     lw_free_scene_params();
-    Tv_Free_Memory(lws_buf_io_input_buffer);
-    lws_buf_io_input_buffer = nullptr;
+    lw_free_array(&lws_buf_io_input_buffer);
     lws_eof_reached = false;
     lws_fp = nullptr;
-}
-
-static bool host_stops_the_read()
-{
-    Import_IO_Abort_Record record = {};
-    record.size = 20;
-    record.position = static_cast<int32_t>(std::ftell(lws_fp));
-    record.total = file_size;
-    record.objects = lw_object_count;
-    record.polygons = num_polygons_read;
-    return Import_IO_Check_For_Abort(&record) != 0;
 }
 
 // An envelope that no keyword took, as behind a keyword that is ignored: its numbers go with it.
@@ -156,7 +135,7 @@ static int16_t read_keywords(const char* file_name)
     while (!lws_eof_reached) {
         if (++passes == passes_a_poll) {
             passes = 0;
-            if (host_stops_the_read()) return 0;
+            if (lw_user_stops(static_cast<int32_t>(std::ftell(lws_fp)), file_size)) return 0;
         }
         last_token_read = lw_next_keyword();
         if (last_token_read == KW_NONE) return 1;

@@ -1,6 +1,7 @@
 #include "lib/import/lw/ntdll/options_dialog.h"
 
 #include "lib/import/lw/base/option_variables.h"
+#include "lib/import/lw/base/report.h"
 #include "lib/import/lw/lw2tv/options_file.h"
 #include "lib/import/lw/ntdll/about_box.h"
 #include "lib/import/lw/ntdll/directory_chooser.h"
@@ -39,7 +40,7 @@ static void accept(HWND dialog)
     if (lw_options_file_path(path)) {
         SaveImportConvertOptions_Lightwave(path);
     } else {
-        Tv_Report_Error(4, "OUTERR_FILE_OPEN_WRITE", "OptionsDlgProc()", "Lightwave .INI", path,
+        Tv_Report_Error(LW_ERROR, "OUTERR_FILE_OPEN_WRITE", "OptionsDlgProc()", "Lightwave .INI", path,
                         static_cast<const char*>(nullptr));
     }
     EndDialog(dialog, 1);

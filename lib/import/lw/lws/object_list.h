@@ -1,6 +1,8 @@
-// What a scene adds to the tree: objects, read once a file, null instances, parent numbers and pivots.
+// The objects of a scene: each file read once, null instances, parent numbers and pivots.
 #pragma once
 #include <cstdint>
+
+#include "lib/import/lw/base/bounded_text.h"
 
 // One object of the scene, in the order of the file.
 struct lw_object_info {
@@ -13,12 +15,12 @@ struct lw_object_info {
 };
 
 extern lw_object_info* object_list;
-extern int16_t object_count;            // 32767 at most
-extern char current_instance_name[256]; // what the keywords of an object address; empty: nothing
-extern char root_object_name[256];      // what every instance of the import hangs under
+extern int16_t object_count;                     // 32767 at most
+extern char current_instance_name[lw_name_size]; // what the keywords of an object address; empty: nothing
+extern char root_object_name[lw_name_size];      // what every instance of the import hangs under
 
 // Clears the above. The rows must have been freed.
-void lw_start_scene_objects();
+void lw_start_object_list();
 
 // Makes the root object and its instance, named after the file.
 void lw_make_scene_root(const char* file_name);
@@ -35,4 +37,4 @@ void lw_add_object_to_list(int16_t* count, const char* file_name, const char* in
                            lw_object_info** list);
 
 // Gives back the rows with their strings, and what an object's read has left.
-void lw_free_scene_objects();
+void lw_free_object_list();

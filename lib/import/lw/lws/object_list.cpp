@@ -1,40 +1,39 @@
-#include "lib/import/lw/lws/scene_objects.h"
+#include "lib/import/lw/lws/object_list.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdio>
 #include <cstring>
 
+#include "lib/import/lw/base/arrays.h"
 #include "lib/import/lw/base/bounded_text.h"
 #include "lib/import/lw/base/name_index.h"
-#include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/base/path_mapping.h"
+#include "lib/import/lw/base/report.h"
+#include "lib/import/lw/base/run_state.h"
 #include "lib/import/lw/base/tokens.h"
-#include "lib/import/lw/lw2tv/conversion_run.h"
 #include "lib/import/lw/lw2tv/object_reader.h"
 #include "lib/import/lw/lw2tv/texture_projection.h"
+#include "lib/import/lw/lws/object_search.h"
 #include "lib/import/lw/lws/scene_numbers.h"
 #include "lib/import/lw/lws/scene_parameters.h"
 #include "lib/import/lw/lws/tokenizer.h"
 #include "lib/import/lw/lws/transforms.h"
-#include "lib/platform/files.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
-static constexpr int path_size = 300;
 static constexpr int16_t most_objects = 32767;
 
 lw_object_info* object_list = nullptr;
 int16_t object_count = 0;
-char current_instance_name[256] = "";
-char root_object_name[256] = "";
+char current_instance_name[lw_name_size] = "";
+char root_object_name[lw_name_size] = "";
 
 static int32_t object_room = 0;          // rows that object_list has memory for
 static lws_name_index rows_by_file = {}; // first row of each file_name
 static char* mapped_name = nullptr;      // owned; of the object being loaded
-static char* candidate = nullptr;        // owned; the path of the try under way
+static char* candidate = nullptr;        // owned; the last path that its search cut down
 
-void lw_start_scene_objects()
+void lw_start_object_list()
 {
     object_list = nullptr;
     object_count = 0;
@@ -44,8 +43,8 @@ void lw_start_scene_objects()
 
 void lw_make_scene_root(const char* file_name)
 {
-    char base[256];
-    char root_instance_name[256];
+    char base[lw_name_size];
+    char root_instance_name[lw_name_size];
     Import_IO_ExtractBaseFileName(file_name, base);
     const std::size_t length = std::strlen(base);
     lw_copy_text(base + length, sizeof base - length, " (from scene file)");
@@ -61,38 +60,33 @@ void lw_make_scene_root(const char* file_name)
 
 static void free_load_names()
 {
-    Tv_Free_Memory(mapped_name);
-    Tv_Free_Memory(candidate);
-    mapped_name = candidate = nullptr;
+    lw_free_array(&mapped_name);
+    lw_free_array(&candidate);
 }
 
-static void no_memory_for_names()
+[[noreturn]] static void no_memory_for_names()
 {
-    Import_IO_Report_Error(5, "Out of memory while copying an object's name");
+    lw_report_fatal("Out of memory while copying an object's name");
 }
 
 // ---- rows ----------------------------------------------------------------------------------------------------------
 
 // Room for one row more. The list grows by doubling, so that adding n rows costs n moves and not n * n.
-static bool has_room(int16_t used, lw_object_info** list)
+static void make_room(int16_t used, lw_object_info** list)
 {
+    const char* const no_room = "Out of memory while re-allocating object info array";
     if (!*list) object_room = 0;
-    if (used < object_room) return true;
+    if (used == most_objects) lw_report_fatal(no_room);
+    if (used < object_room) return;
     const int32_t wanted = object_room ? object_room * 2 : 16;
-    void* const rows = Tv_Realloc_Memory(0, *list, static_cast<std::size_t>(wanted) * sizeof(lw_object_info));
-    if (!rows) return false;
-    *list = static_cast<lw_object_info*>(rows);
+    lw_grow(list, wanted, no_room);
     object_room = wanted;
-    return true;
 }
 
 void lw_add_object_to_list(int16_t* count, const char* file_name, const char* instance_name, const char* object_name,
                            lw_object_info** list)
 {
-    if (*count == most_objects || !has_room(*count, list)) {
-        Import_IO_Report_Error(5, "Out of memory while re-allocating object info array");
-        return;
-    }
+    make_room(*count, list);
     const int16_t number = (*count)++;
     lw_object_info* const row = &(*list)[number];
     *row = {};
@@ -117,7 +111,7 @@ void lw_add_object_to_list(int16_t* count, const char* file_name, const char* in
     }
 }
 
-void lw_free_scene_objects()
+void lw_free_object_list()
 {
     free_load_names();
     lws_free_name_index(&rows_by_file);
@@ -127,14 +121,14 @@ void lw_free_scene_objects()
         Tv_Free_Memory(object_list[i].instance_name);
     }
     Tv_Free_Memory(object_list);
-    lw_start_scene_objects();
+    lw_start_object_list();
 }
 
 // Row numbers are 16 bits wide. A scene with more objects ends here, with what has been read in place.
 static bool list_is_full(const char* scene_file_name)
 {
     if (object_count < most_objects) return false;
-    lw_report(4, "Scene file '%s' has more than %d objects. Reading stops at line number %d.\n", scene_file_name,
+    lw_report(LW_ERROR, "Scene file '%s' has more than %d objects. Reading stops at line number %d.\n", scene_file_name,
               most_objects, line_num);
     return true;
 }
@@ -154,7 +148,7 @@ static void clear_pivot(const char* instance_name)
 // A null instance named after the token.
 static void make_null_instance()
 {
-    char name[256];
+    char name[lw_name_size];
     Import_IO_MakeNameUnique(lw_tokens.instance, token_buffer, name);
     Tv_Add_Empty_Node(lw_tokens.instance, name, 0);
     Tv_Attach(lw_tokens.instance, name, lw_tokens.object, root_object_name, 0);
@@ -174,7 +168,7 @@ static void make_null_in_place_of_object()
 // One more instance of an object that has been read. The row is a copy: adding one may move the list.
 static void reuse_object(lw_object_info row)
 {
-    char name[256];
+    char name[lw_name_size];
     Import_IO_MakeNameUnique(lw_tokens.instance, row.object_name, name);
     Tv_Add_Instance(lw_tokens.instance, name, lw_tokens.object, row.object_name, 0);
     Tv_Attach(lw_tokens.instance, name, lw_tokens.object, root_object_name, 0);
@@ -183,77 +177,6 @@ static void reuse_object(lw_object_info row)
     lw_copy_txtrproj_info(row.instance_name, current_instance_name);
     lw_add_object_to_list(&object_count, mapped_name, name, row.object_name, &object_list);
     free_load_names();
-}
-
-// ---- finding an object's file --------------------------------------------------------------------------------------
-
-static bool is_slash(char c)
-{
-    return c == '/' || c == '\\';
-}
-
-// The three pieces one behind the other; null when the path doesn't fit, or when there is no such file.
-static std::FILE* open_path(const char* first, const char* second, const char* third)
-{
-    char path[path_size];
-    if (lw_format_text(path, sizeof path, "%s%s%s", first, second, third) >= sizeof path) return nullptr;
-    return platform::open_file(path, "rb");
-}
-
-// The last elements of the path, from one of them to as many as it has separators.
-static std::FILE* open_by_last_elements(int16_t tries)
-{
-    for (int16_t depth = 0; depth < tries; ++depth) {
-        Import_IO_Copy_String(&candidate, token_buffer);
-        if (!candidate) {
-            no_memory_for_names();
-            return nullptr;
-        }
-        convert_lw_filename(&candidate, depth, 0);
-        if (!candidate) return nullptr;
-        std::FILE* const file = open_path(candidate, "", "");
-        if (file) return file;
-    }
-    return nullptr;
-}
-
-static std::FILE* open_below_content_directory()
-{
-    const char* const root = lw_newtek_root_directory;
-    if (!root || !*root) return nullptr;
-    const char* const separator = is_slash(root[std::strlen(root) - 1]) ? "" : "\\";
-    if (std::FILE* const file = open_path(root, separator, token_buffer)) return file;
-    char base[256];
-    Tv_ExtractBaseFileName(token_buffer, base, 0);
-    return open_path(root, separator, base);
-}
-
-static std::FILE* open_by_search_path()
-{
-    const char* name = token_buffer;
-    for (const char* c = token_buffer; *c; ++c)
-        if (is_slash(*c) || *c == ':') name = c + 1;
-    char found_path[path_size] = "";
-    void* const handle = Tv_Search_And_Open_File(name, "r", 0, "TV_SEARCHPATH_DEFAULT", found_path);
-    if (!handle) return nullptr;
-    Tv_Fclose_File(handle);
-    return platform::open_file(found_path, "rb");
-}
-
-// The places where a file of this stored path may be, in order. The token is a path of the machine that wrote the
-// scene: "Toys:Objects/Plane.lwo", "C:\OBJECTS\X.LWO", "Objects\Gate".
-static std::FILE* find_object_file(int16_t tries)
-{
-    const char* const token = token_buffer;
-    const bool leading_slash = is_slash(token[0]);
-    const bool drive = !leading_slash && token[0] && token[1] == ':';
-    const bool relative = !leading_slash && !drive;
-    std::FILE* file = open_by_last_elements(tries);
-    if (!file && relative) file = open_below_content_directory();
-    if (!file && relative) file = open_path("\\", token, "");
-    if (!file && drive) file = open_path("\\", token + (is_slash(token[2]) ? 3 : 2), "");
-    if (!file) file = open_by_search_path();
-    return file;
 }
 
 // ---- keywords ------------------------------------------------------------------------------------------------------
@@ -277,8 +200,8 @@ int16_t lw_add_null_object(const char* scene_file_name)
 // Reads the open file. What failed leaves no row; what held nothing to build leaves a null instance.
 static void read_object(std::FILE* file)
 {
-    char instance_name[256] = "";
-    char object_name[256] = "";
+    char instance_name[lw_name_size] = "";
+    char object_name[lw_name_size] = "";
     lw_infile = file;
     const int16_t failed = read_LWOB(file, candidate, 1, instance_name, object_name, root_object_name, 1);
     const bool built = instance_name[0] || object_name[0];
@@ -287,8 +210,7 @@ static void read_object(std::FILE* file)
         clear_pivot(current_instance_name);
         lw_add_object_to_list(&object_count, mapped_name, current_instance_name, object_name, &object_list);
     }
-    std::fclose(lw_infile);
-    lw_infile = nullptr;
+    lw_close_stream(&lw_infile);
     if (!failed && !built)
         make_null_in_place_of_object();
     else
@@ -302,22 +224,19 @@ int16_t lw_load_object(const char* scene_file_name)
     if (!lw_get_name_operand() || list_is_full(scene_file_name)) return 0;
     Import_IO_Copy_String(&mapped_name, token_buffer);
     const int16_t separators = convert_lw_filename(&mapped_name, 0, 0);
-    if (!mapped_name) {
-        no_memory_for_names();
-        return 0;
-    }
+    if (!mapped_name) no_memory_for_names();
     const int32_t row = lws_find_name(&rows_by_file, mapped_name);
     if (row >= 0) {
         reuse_object(object_list[row]);
         return 1;
     }
-    std::FILE* const file = find_object_file(std::max<int16_t>(separators, 1));
+    std::FILE* const file = lw_open_object_file(token_buffer, std::max<int16_t>(separators, 1), &candidate);
     if (file) {
         read_object(file);
         return 1;
     }
     lw_report(
-        4,
+        LW_ERROR,
         "Could not locate Lightwave object file '%s' referenced at line number %d of scene file '%s'. Adding null "
         "object instead.\n",
         mapped_name, line_num, scene_file_name);
