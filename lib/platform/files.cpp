@@ -12,10 +12,11 @@
 #include <unordered_map>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "lib/platform/latin1.h"
+#include "lib/platform/name_folding.h"
 
 namespace platform {
 namespace {
@@ -31,6 +32,8 @@ struct Listing {
 // Listings by directory; a relative one is kept under its place, since the program changes its current directory.
 std::unordered_map<std::string, std::unique_ptr<Listing>> listings;
 
+OpenSubstitute open_substitute = nullptr;
+void* open_substitute_context = nullptr;
 OpenObserver open_observer = nullptr;
 void* open_observer_context = nullptr;
 
@@ -43,35 +46,6 @@ void tell_observer(const char* path, const char* opened)
 constexpr std::size_t path_limit = PATH_MAX;
 
 std::optional<std::vector<std::string>> allowed_roots; // canonical; none: everything is allowed
-
-// ---- names without regard to case ----------------------------------------------------------------------------------
-
-char32_t fold_character(char32_t c)
-{
-    if (c >= U'A' && c <= U'Z') return c + 32;
-    if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 32; // 0xD7 is the multiplication sign
-    if (c == 0x178) return 0xFF;                            // the one capital that lies outside Latin-1
-    return c;
-}
-
-std::u32string latin1_characters(std::string_view text)
-{
-    std::u32string out;
-    for (const char c : text) out.push_back(static_cast<unsigned char>(c));
-    return out;
-}
-
-std::u32string folded(std::u32string text)
-{
-    for (char32_t& c : text) c = fold_character(c);
-    return text;
-}
-
-std::u32string folded_entry(std::string_view entry)
-{
-    std::optional<std::u32string> characters = decode_utf8(entry);
-    return folded(characters ? *std::move(characters) : latin1_characters(entry));
-}
 
 // ---- the walk ------------------------------------------------------------------------------------------------------
 
@@ -120,11 +94,9 @@ const Listing& listing_of(const std::string& directory)
 const std::string* entry_without_case(const std::string& directory, std::string_view element)
 {
     const Listing& listing = listing_of(directory);
-    auto found = listing.folded.find(folded(latin1_characters(element)));
+    auto found = listing.folded.find(folded_name(element));
     if (found == listing.folded.end()) {
-        if (std::optional<std::u32string> characters = decode_utf8(element)) {
-            found = listing.folded.find(folded(*std::move(characters)));
-        }
+        if (const std::optional<std::u32string> utf8 = folded_utf8_name(element)) found = listing.folded.find(*utf8);
     }
     return found == listing.folded.end() ? nullptr : &listing.entries[found->second];
 }
@@ -283,7 +255,11 @@ std::FILE* open_resolved(const std::string& path, const char* mode)
 std::FILE* open_file(const char* path, const char* mode)
 {
     if (!path || !mode) return nullptr;
-    std::FILE* file = nullptr;
+    std::FILE* file = open_substitute ? open_substitute(open_substitute_context, path, mode) : nullptr;
+    if (file) {
+        tell_observer(path, path);
+        return file;
+    }
     std::string place;
     try {
         place = resolve_or_throw(path);
@@ -368,6 +344,24 @@ const std::vector<std::string>& list_directory(const std::string& directory)
 void forget_directories()
 {
     listings.clear();
+}
+
+void set_open_substitute(OpenSubstitute substitute, void* context)
+{
+    open_substitute = substitute;
+    open_substitute_context = context;
+}
+
+std::FILE* temporary_file()
+{
+#if defined(__linux__)
+    // In memory, as far as there is any, and nowhere in the file system.
+    if (const int descriptor = memfd_create("lwimport", MFD_CLOEXEC); descriptor >= 0) {
+        if (std::FILE* const file = fdopen(descriptor, "w+b")) return file;
+        close(descriptor);
+    }
+#endif
+    return std::tmpfile();
 }
 
 void set_open_observer(OpenObserver observer, void* context)

@@ -63,6 +63,14 @@ PLATFORM_API void forget_directories();
 // An empty list allows everything, which is the start.
 PLATFORM_API void set_allowed_roots(std::vector<std::string> roots);
 
+// Asked ahead of every try to open a file: a stream, which the caller of open_file() closes, or null to go on as ever.
+// So a reader of files can be given changed copies of them. It must not throw. A null one, the start, switches it off.
+using OpenSubstitute = std::FILE* (*)(void* context, const char* path, const char* mode);
+PLATFORM_API void set_open_substitute(OpenSubstitute substitute, void* context);
+
+// An empty file without a name, open for writing and reading, gone when it is closed. Null where none can be made.
+PLATFORM_API std::FILE* temporary_file();
+
 // Hears of every try to open a file: the path as asked for, and the system path opened, empty if it failed.
 // A null observer, the start, switches it off.
 using OpenObserver = void (*)(void* context, const char* path, const char* opened);

@@ -20,6 +20,8 @@ namespace fs = std::filesystem;
 std::map<std::string, std::vector<std::string>> listings; // by whole path
 bool limited = false;                                     // to these, which are final paths
 std::vector<std::wstring> allowed_roots;
+OpenSubstitute open_substitute = nullptr;
+void* open_substitute_context = nullptr;
 OpenObserver open_observer = nullptr;
 void* open_observer_context = nullptr;
 
@@ -101,7 +103,11 @@ std::FILE* open_disk_file(const std::wstring& path, const char* mode)
 std::FILE* open_file(const char* path, const char* mode)
 {
     if (!path || !mode) return nullptr;
-    std::FILE* file = nullptr;
+    std::FILE* file = open_substitute ? open_substitute(open_substitute_context, path, mode) : nullptr;
+    if (file) {
+        if (open_observer) open_observer(open_observer_context, path, path);
+        return file;
+    }
     std::string opened;
     try {
         const std::wstring place = system_path(path);
@@ -182,6 +188,20 @@ void set_allowed_roots(std::vector<std::string> roots)
     for (const std::string& root : roots)
         if (std::wstring place = final_path(system_path(root)); !place.empty())
             allowed_roots.push_back(std::move(place));
+}
+
+void set_open_substitute(OpenSubstitute substitute, void* context)
+{
+    open_substitute = substitute;
+    open_substitute_context = context;
+}
+
+// The C library's own would lie in the root of the drive, where not everybody may write. Gone when it is closed.
+std::FILE* temporary_file()
+{
+    wchar_t directory[MAX_PATH + 1], name[MAX_PATH + 1];
+    if (!GetTempPathW(MAX_PATH + 1, directory) || !GetTempFileNameW(directory, L"lwi", 0, name)) return nullptr;
+    return _wfopen(name, L"w+bTD");
 }
 
 void set_open_observer(OpenObserver observer, void* context)

@@ -28,6 +28,7 @@ protected:
     void TearDown() override
     {
         platform::set_allowed_roots({});
+        platform::set_open_substitute(nullptr, nullptr);
         platform::set_open_observer(nullptr, nullptr);
         fs::current_path(before_);
         fs::remove_all(root);
@@ -222,6 +223,25 @@ TEST_F(Files, TheObserverHearsOfEachTry)
     read("HERE.TXT");
     read("gone\\x");
     EXPECT_EQ(heard, (std::vector<std::string>{"HERE.TXT > Here.txt", "gone\\x > "}));
+}
+
+// A reader is given another file's bytes under a name that leads nowhere.
+TEST_F(Files, ASubstituteComesBeforeTheFileSystem)
+{
+    make("real.txt", "real");
+    platform::set_open_substitute(
+        [](void*, const char* path, const char*) -> std::FILE* {
+            if (std::string_view(path) != "made.txt") return nullptr;
+            std::FILE* const file = platform::temporary_file();
+            std::fputs("made", file);
+            std::rewind(file);
+            return file;
+        },
+        nullptr);
+    EXPECT_EQ(read("made.txt"), "made");
+    EXPECT_EQ(read("real.txt"), "real");
+    platform::set_open_substitute(nullptr, nullptr);
+    EXPECT_EQ(read("made.txt"), "(none)");
 }
 
 } // namespace
