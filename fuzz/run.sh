@@ -25,5 +25,5 @@ corpora=
 for one in $seeds; do corpora="$corpora $root/fuzz/corpus/$one"; done
 # shellcheck disable=SC2086
 exec "$root/build/fuzz/bin/fuzz_$target" "$new" $corpora -dict="$root/fuzz/$dictionary.dict" \
-    -max_len="$longest" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=1024 -malloc_limit_mb=512 \
+    -max_len="$longest" -max_total_time="$seconds" -timeout=2 -rss_limit_mb=1024 -malloc_limit_mb=512 \
     -artifact_prefix="$finds/" -print_final_stats=1

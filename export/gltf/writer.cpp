@@ -38,11 +38,16 @@ void fill_tables(const tv::Scene& scene, const Options& options, Tables& tables,
 
     Animator animator(scene, options, tables, report);
     MaterialMaker materials(scene, options, tables, report);
-    MeshMaker meshes(scene, options, materials, tables, report);
     const std::vector<tv::Placement> places = all_places(animator.start_time());
-    const auto progress = [&](std::size_t done) {
-        if (options.progress && options.progress(done, places.size())) throw Stopped{};
+    std::size_t places_done = 0;
+    const auto poll = [&] {
+        if (options.progress && options.progress(places_done, places.size())) throw Stopped{};
     };
+    const auto progress = [&](std::size_t done) {
+        places_done = done;
+        poll();
+    };
+    MeshMaker meshes(scene, options, materials, tables, report, poll);
     make_nodes(scene, places, options.scale, animator, meshes, tables, report, progress);
     const Measure size = measure(scene, places);
     make_lights(scene, options, size, tables, report);

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <glm/geometric.hpp>
 #include <limits>
 #include <random>
@@ -149,6 +150,46 @@ TEST_F(Mesh, CrossingEdgesGetAPointOfTheirOwn)
     const GltfFile::Corners corners = corners_of(flat(star));
     EXPECT_NEAR(signed_area(corners.positions), 1.1225699, 1e-5);
     for (const glm::dvec3& normal : corners.normals) EXPECT_NEAR(normal.z, 1, 1e-6);
+}
+
+TEST_F(Mesh, TangledPolygonsAreFilledRoughlyAndLongOnesWell)
+{
+    // What one damaged number makes of an ordinary mesh. Filled exactly, each of these takes minutes.
+    constexpr std::size_t size = 8000;
+    const auto share = [](std::size_t i) { return static_cast<double>(i) / size; };
+    const std::vector<std::function<std::array<double, 2>(std::size_t)>> tangles = {
+        [&](std::size_t i) -> std::array<double, 2> { // a star, each edge crossing nearly all others
+            return {std::cos(2 * M_PI * share(i * 3999 % size)), std::sin(2 * M_PI * share(i * 3999 % size))};
+        },
+        [&](std::size_t i) -> std::array<double, 2> { // to and fro on a line
+            return {share(i * 7919 % size), i == 0 ? 1.0 : 0.0};
+        },
+        [&](std::size_t i) -> std::array<double, 2> { // a comb whose back cuts all its teeth
+            return {share(i), static_cast<double>(i % 2) + 1e-3 * share(i * 7919 % size)};
+        }};
+    for (const auto& point : tangles) {
+        std::vector<std::array<float, 2>> outline;
+        for (std::size_t i = 0; i < size; ++i)
+            outline.push_back({static_cast<float>(point(i)[0]), static_cast<float>(point(i)[1])});
+        tv::clear_scene();
+        const GltfFile::Corners corners = corners_of(flat(outline));
+        EXPECT_LE(corners.positions.size(), 3 * size);
+        EXPECT_NEAR(std::abs(signed_area(corners.positions)), total_area(corners.positions), 1e-3) << "all to one side";
+        ASSERT_EQ(report.notes.size(), 1u);
+        EXPECT_EQ(report.notes[0].text, "1 polygon filled roughly, as the edges cross each other too often (the first "
+                                        "in object 'thing')");
+    }
+    // As long, and as good as any: a wheel with cogs.
+    std::vector<std::array<float, 2>> wheel;
+    for (std::size_t i = 0; i < size; ++i) {
+        const double radius = i % 4 < 2 ? 1 : 0.9;
+        wheel.push_back({static_cast<float>(radius * std::cos(2 * M_PI * share(i))),
+                         static_cast<float>(radius * std::sin(2 * M_PI * share(i)))});
+    }
+    tv::clear_scene();
+    const GltfFile::Corners corners = corners_of(flat(wheel));
+    EXPECT_NEAR(signed_area(corners.positions), M_PI * (1 + 0.81) / 2, 1e-2);
+    EXPECT_TRUE(report.notes.empty());
 }
 
 TEST_F(Mesh, BadPolygonsAreLeftOutAndCountedOnce)

@@ -1,6 +1,8 @@
 // Objects as damaged disks, broken writers and ill will make them. Each must end in a message or in a part of the
 // object, never in a crash; what stands before the damage is good.
+#include <cmath>
 #include <limits>
+#include <numbers>
 
 #include "tools/samples/samples.h"
 #include "tools/samples/shapes.h"
@@ -87,6 +89,17 @@ void points_and_polygons(const std::string& directory)
     Bytes nested; // details of details of details
     for (int i = 0; i < 50; ++i) nested.u16(3).u16(1).u16(2).u16(3).u16(0xffff).u16(1);
     with_polygons("details_nested_deep_are_read_flat", nested.u16(3).u16(1).u16(2).u16(3).u16(1));
+    std::vector<float> circle; // and a star in it, each edge crossing nearly all others
+    Bytes star;
+    constexpr uint16_t corners = 2001;
+    star.u16(corners);
+    for (uint16_t i = 0; i < corners; ++i) {
+        const double angle = 2 * std::numbers::pi * i / corners;
+        circle.insert(circle.end(), {static_cast<float>(std::cos(angle)), static_cast<float>(std::sin(angle)), 0});
+        star.u16(static_cast<uint16_t>(i * 1000 % corners));
+    }
+    write("polygon_of_2001_crossing_corners_is_filled_roughly",
+          {good.names, chunk("PNTS", lw_tools::points_body(circle)), chunk("POLS", star.u16(1)), good.surface});
     write("polygons_before_surface_names_end", {good.points, good.polygons, good.names, good.surface});
     write("polygons_without_points_warn", {good.names, good.polygons, good.surface});
     write("points_without_polygons_warn", {good.names, good.points, good.surface});

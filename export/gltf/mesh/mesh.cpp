@@ -93,8 +93,9 @@ void mix_added(const Triangles& triangles, std::vector<glm::dvec3>& points, std:
 } // namespace
 
 MeshMaker::MeshMaker(const tv::Scene& scene, const Options& options, MaterialMaker& materials, Tables& tables,
-                     Report& report)
-    : scene_(scene), scale_(options.scale), materials_(materials), tables_(tables), report_(report)
+                     Report& report, std::function<void()> poll)
+    : scene_(scene), scale_(options.scale), materials_(materials), tables_(tables), report_(report),
+      poll_(std::move(poll))
 {
 }
 
@@ -151,12 +152,12 @@ uint32_t MeshMaker::build(tv::Id id, const tv::TextureProjection* frame, const s
     PolygonFaults repeated;
     const bool first_time = counted_.insert(id).second;
     build.faults = first_time ? &faults_ : &repeated;
-    const std::size_t faults_before = faults_.total();
+    const std::size_t faults_before = faults_.total(), tangled_before = faults_.tangled;
     for (const tv::Primitive& primitive : object.primitives) add_primitive(primitive, build);
-    if (faults_before == 0 && faults_.total() != 0) faults_.first_object = platform::latin1_to_utf8(object.name);
-
     Mesh mesh;
     mesh.name = platform::latin1_to_utf8(object.name);
+    if (faults_before == 0 && faults_.total() != 0) faults_.first_object = mesh.name;
+    if (tangled_before == 0 && faults_.tangled != 0) faults_.first_tangled_object = mesh.name;
     for (Group& group : build.groups) {
         if (group.indices.empty()) continue;
         report_.triangles += group.indices.size() / 3;
@@ -210,10 +211,17 @@ void MeshMaker::add_primitive(const tv::Primitive& primitive, Build& build)
                 build.normals.emplace_back(smooth[3 * i], smooth[3 * i + 1], smooth[3 * i + 2]);
         }
         first += size;
-        if (!tessellator_.polygon(build.points, build.polygon_normal, build.triangles)) {
+        constexpr std::size_t corners_a_poll = 8192;
+        if ((corners_done_ += size) >= corners_a_poll) {
+            corners_done_ = 0;
+            poll_();
+        }
+        const auto filling = tessellator_.polygon(build.points, build.polygon_normal, build.triangles);
+        if (filling == Tessellator::Filling::empty) {
             ++build.faults->no_area;
             continue;
         }
+        if (filling == Tessellator::Filling::fan) ++build.faults->tangled;
         mix_added(build.triangles, build.points, build.normals, build.polygon_normal);
         add_triangles(build.groups[group], build);
     }
@@ -279,6 +287,11 @@ Primitive MeshMaker::store(Group& group, const tv::TextureProjection* frame)
 
 void MeshMaker::finish()
 {
+    if (faults_.tangled != 0)
+        note(report_, Note::Level::warning,
+             counted(faults_.tangled, "polygon") +
+                 " filled roughly, as the edges cross each other too often (the first in object '" +
+                 faults_.first_tangled_object + "')");
     if (faults_.total() == 0) return;
     std::string reasons;
     const auto reason = [&](std::size_t count, const char* text) {

@@ -1,6 +1,7 @@
 // Objects -> glTF meshes, shared wherever two instances look the same.
 #pragma once
 #include <array>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -18,14 +19,16 @@ namespace gltf {
 
 class MeshMaker {
 public:
-    MeshMaker(const tv::Scene& scene, const Options& options, MaterialMaker& materials, Tables& tables, Report& report);
+    // `poll` is called now and then, and throws to stop the work.
+    MeshMaker(const tv::Scene& scene, const Options& options, MaterialMaker& materials, Tables& tables, Report& report,
+              std::function<void()> poll);
 
     // The mesh of an object as an instance with this projection shows it, or `none` where there is nothing to draw.
     // `world` is the instance's placement in the scene's own units: a frame "in the world" lies on each placement in
     // another way, and then each gets a mesh of its own.
     uint32_t mesh(tv::Id object, const tv::TextureProjection& projection, const std::array<double, 16>& world);
 
-    void finish(); // behind the last mesh: one note for all polygons left out
+    void finish(); // behind the last mesh: one note for all polygons left out, one for those too tangled
 
 private:
     struct Group;
@@ -43,6 +46,8 @@ private:
     Report& report_;
     Tessellator tessellator_;
     PolygonFaults faults_;
+    std::function<void()> poll_;
+    std::size_t corners_done_ = 0;
     std::unordered_set<tv::Id> counted_; // objects whose faults are: once, however many meshes an object becomes
     std::unordered_map<tv::Id, std::vector<tv::Id>> surfaces_;
     std::unordered_map<std::string, uint32_t> made_;

@@ -15,7 +15,9 @@ struct PolygonFaults {
     std::size_t bad_index = 0;  // a corner names no point, or the corner list ends before the polygon
     std::size_t not_finite = 0; // a coordinate that isn't a number or is beyond what the file can hold
     std::size_t no_area = 0;
-    std::string first_object; // where the first one was, UTF-8
+    std::string first_object;         // where the first one was, UTF-8
+    std::size_t tangled = 0;          // not left out, but filled anyhow
+    std::string first_tangled_object; // UTF-8
 
     std::size_t total() const { return few_points + bad_index + not_finite + no_area; }
 };

@@ -8,16 +8,19 @@
 #include <new>
 #include <stdexcept>
 
+#include "export/gltf/mesh/tangle.h"
+
 namespace gltf {
 
 struct Tessellator::State {
     GLUtesselator* glu = nullptr;
-    std::size_t size = 0;           // corners of the polygon at work
-    std::vector<glm::dvec3> points; // moved to the origin and scaled to 1, so that far and tiny polygons work too
-    std::deque<uint32_t> numbers;   // what the library is given as a vertex: addresses have to stay
-    std::vector<uint32_t> triangle; // corners of the triangle at work
+    std::size_t size = 0;            // corners of the polygon at work
+    std::vector<glm::dvec3> points;  // moved to the origin and scaled to 1, so that far and tiny polygons work too
+    std::deque<uint32_t> numbers;    // what the library is given as a vertex: addresses have to stay
+    std::vector<uint32_t> triangle;  // corners of the triangle at work
+    std::vector<glm::dvec2> outline; // the points as the library sees them
     Triangles* out = nullptr;
-    bool failed = false; // no exception may cross the library's frames
+    bool failed = false, no_memory = false; // no exception may cross the library's frames
 };
 
 namespace {
@@ -32,7 +35,7 @@ void on_vertex(void* vertex, void* context)
         state.out->list.push_back({state.triangle[0], state.triangle[1], state.triangle[2]});
         state.triangle.clear();
     } catch (const std::bad_alloc&) {
-        state.failed = true;
+        state.no_memory = true;
     }
 }
 
@@ -51,15 +54,16 @@ void on_combine(GLdouble*, void* vertices[4], GLfloat weights[4], void** result,
         state.out->added.push_back(added);
         *result = &state.numbers.back();
     } catch (const std::bad_alloc&) {
-        state.failed = true;
+        state.no_memory = true;
         *result = vertices[0];
     }
 }
 
 template <typename S>
-void on_error(GLenum, void* context)
+void on_error(GLenum code, void* context)
 {
-    static_cast<S*>(context)->failed = true;
+    S& state = *static_cast<S*>(context);
+    (code == GLU_OUT_OF_MEMORY ? state.no_memory : state.failed) = true;
 }
 
 // Being asked about edges keeps the library from making fans and strips: it gives triangles alone.
@@ -90,6 +94,23 @@ bool convex_quad(std::span<const glm::dvec3> points, const glm::dvec3& normal, T
     return true;
 }
 
+void fill_with_fan(std::span<const glm::dvec3> points, const glm::dvec3& normal, Triangles& out)
+{
+    for (uint32_t i = 1; i + 1 < points.size(); ++i) {
+        const bool front = glm::dot(glm::cross(points[i] - points[0], points[i + 1] - points[0]), normal) >= 0;
+        out.list.push_back({0, front ? i : i + 1, front ? i + 1 : i});
+    }
+}
+
+// Seen along the longest axis of the normal, as the library sees it.
+void project(std::span<const glm::dvec3> points, const glm::dvec3& normal, std::vector<glm::dvec2>& out)
+{
+    const glm::dvec3 size = glm::abs(normal);
+    const glm::length_t axis = size.x >= size.y && size.x >= size.z ? 0 : size.y >= size.z ? 1 : 2;
+    out.clear();
+    for (const glm::dvec3& point : points) out.emplace_back(point[(axis + 1) % 3], point[(axis + 2) % 3]);
+}
+
 } // namespace
 
 Tessellator::Tessellator() : state_(std::make_unique<State>())
@@ -108,7 +129,7 @@ Tessellator::~Tessellator()
     gluDeleteTess(state_->glu);
 }
 
-bool Tessellator::polygon(std::span<const glm::dvec3> points, const glm::dvec3& normal, Triangles& out)
+Tessellator::Filling Tessellator::polygon(std::span<const glm::dvec3> points, const glm::dvec3& normal, Triangles& out)
 {
     out.list.clear();
     out.added.clear();
@@ -119,7 +140,7 @@ bool Tessellator::polygon(std::span<const glm::dvec3> points, const glm::dvec3& 
         const glm::dvec3 offset = glm::abs(point - points[0]);
         size = std::max({size, offset.x, offset.y, offset.z});
     }
-    if (!(size > 0)) return false;
+    if (!(size > 0)) return Filling::empty;
     State& state = *state_;
     state.points.clear();
     for (const glm::dvec3& point : points) state.points.push_back((point - points[0]) / size);
@@ -127,13 +148,18 @@ bool Tessellator::polygon(std::span<const glm::dvec3> points, const glm::dvec3& 
         const glm::dvec3 own = glm::cross(state.points[1], state.points[2]);
         out.list.push_back(glm::dot(own, direction) < 0 ? std::array<uint32_t, 3>{0, 2, 1}
                                                         : std::array<uint32_t, 3>{0, 1, 2});
-        return true;
+        return Filling::whole;
     }
-    if (points.size() == 4 && convex_quad(state.points, direction, out)) return true;
+    if (points.size() == 4 && convex_quad(state.points, direction, out)) return Filling::whole;
+    project(state.points, direction, state.outline);
+    if (too_tangled(state.outline)) {
+        fill_with_fan(state.points, direction, out);
+        return Filling::fan;
+    }
 
     state.size = points.size();
     state.out = &out;
-    state.failed = false;
+    state.failed = state.no_memory = false;
     state.triangle.clear();
     state.numbers.clear();
     for (std::size_t i = 0; i < points.size(); ++i) state.numbers.push_back(static_cast<uint32_t>(i));
@@ -143,8 +169,9 @@ bool Tessellator::polygon(std::span<const glm::dvec3> points, const glm::dvec3& 
     for (std::size_t i = 0; i < points.size(); ++i) gluTessVertex(state.glu, &state.points[i].x, &state.numbers[i]);
     gluTessEndContour(state.glu);
     gluTessEndPolygon(state.glu);
+    if (state.no_memory) throw std::bad_alloc();
     if (state.failed) out.list.clear();
-    return !out.list.empty();
+    return out.list.empty() ? Filling::empty : Filling::whole;
 }
 
 } // namespace gltf

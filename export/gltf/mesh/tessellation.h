@@ -32,8 +32,13 @@ public:
     Tessellator& operator=(const Tessellator&) = delete;
 
     // `normal` is the polygon's, not zero, of any length; the polygon is seen along it. At least three points, finite.
-    // False where no triangle comes out. `out` is overwritten.
-    bool polygon(std::span<const glm::dvec3> points, const glm::dvec3& normal, Triangles& out);
+    // `out` is overwritten. Throws std::bad_alloc.
+    enum class Filling : uint8_t {
+        empty, // no triangle comes out
+        whole, // what is inside is filled, and nothing else
+        fan,   // too tangled: triangles round the first corner stand for it, each turned to where the normal points
+    };
+    Filling polygon(std::span<const glm::dvec3> points, const glm::dvec3& normal, Triangles& out);
 
 private:
     struct State;
