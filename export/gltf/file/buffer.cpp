@@ -24,11 +24,11 @@ std::size_t parts(Element element)
 
 void Buffer::claim(uint64_t bytes)
 {
-    const uint64_t padded = (bytes + 3) & ~uint64_t{3};
-    if (padded > largest_file - left_for_json - total_)
+    const uint64_t claimed = padded(bytes);
+    if (claimed > largest_file - left_for_json - total_)
         throw std::runtime_error("the scene needs more than 4 GiB of data, which a glTF binary file can't hold; "
                                  "convert its objects one by one");
-    total_ += padded;
+    total_ += claimed;
 }
 
 uint32_t Buffer::append(Stretch stretch, Element element, const void* data, std::size_t bytes, std::size_t count)
@@ -86,6 +86,15 @@ uint32_t Buffer::add_image(std::shared_ptr<const EncodedImage> image)
     claim(image->bytes.size());
     images_.push_back(std::move(image));
     return static_cast<uint32_t>(images_.size() - 1);
+}
+
+uint64_t Buffer::size(bool with_images) const
+{
+    uint64_t size = 0;
+    for (const Blocks& blocks : stretches_) size += padded(blocks.size);
+    if (with_images)
+        for (const auto& image : images_) size += padded(image->bytes.size());
+    return size;
 }
 
 void Buffer::write(bool with_images, const std::function<void(const void*, std::size_t)>& sink) const

@@ -26,6 +26,12 @@ struct Accessor {
     std::array<float, 3> lower{}, upper{}; // as many as the element has parts
 };
 
+// Every stretch and image starts at a multiple of 4.
+constexpr uint64_t padded(uint64_t size)
+{
+    return (size + 3) & ~uint64_t{3};
+}
+
 class Buffer {
 public:
     // More than the 32-bit lengths of a GLB file can tell is refused: std::runtime_error. So is data without an element.
@@ -36,6 +42,7 @@ public:
     const std::vector<Accessor>& accessors() const { return accessors_; }
     const std::vector<std::shared_ptr<const EncodedImage>>& images() const { return images_; }
     uint64_t stretch_size(Stretch stretch) const { return stretches_[static_cast<std::size_t>(stretch)].size; }
+    uint64_t size(bool with_images) const; // of what write() hands out
     // Hands out the bytes of the stretches in order, then those of the images, each padded to a multiple of 4.
     void write(bool with_images, const std::function<void(const void*, std::size_t)>& sink) const;
 

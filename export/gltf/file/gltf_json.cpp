@@ -181,7 +181,6 @@ Views make_views(const Buffer& buffer, bool with_images)
     };
     static constexpr Form forms[stretch_count] = {{34962, 12}, {34962, 8}, {34962, 16}, {34963, 0}, {34963, 0}, {0, 0}};
     Views views;
-    const auto padded = [](uint64_t size) { return (size + 3) & ~uint64_t{3}; };
     for (std::size_t i = 0; i < stretch_count; ++i) {
         const uint64_t size = buffer.stretch_size(static_cast<Stretch>(i));
         views.of_stretch[i] = static_cast<uint32_t>(views.list.size());

@@ -21,16 +21,6 @@ void write_word(const ByteSink& sink, uint64_t value)
     sink(bytes.data(), bytes.size());
 }
 
-uint64_t data_size(const Tables& tables, bool with_images)
-{
-    uint64_t size = 0;
-    const auto padded = [](uint64_t bytes) { return (bytes + 3) & ~uint64_t{3}; };
-    for (std::size_t i = 0; i < stretch_count; ++i) size += padded(tables.buffer.stretch_size(static_cast<Stretch>(i)));
-    if (with_images)
-        for (const auto& image : tables.buffer.images()) size += padded(image->bytes.size());
-    return size;
-}
-
 // A file name as part of a URI. RFC 3986: what isn't unreserved goes as %XX, byte by byte.
 std::string percent_encoded(const std::string& name)
 {
@@ -75,7 +65,7 @@ void write_glb(const Tables& tables, const ByteSink& sink)
 {
     std::string json = gltf_json(tables, {});
     json.resize((json.size() + 3) & ~std::size_t{3}, ' ');
-    const uint64_t size = data_size(tables, true);
+    const uint64_t size = tables.buffer.size(true);
     const uint64_t total = 12 + 8 + json.size() + (size == 0 ? 0 : 8 + size);
     if (total > 0xffffffffull)
         throw std::runtime_error("the file would be larger than 4 GiB, which a glTF binary file can't be; "
@@ -116,7 +106,7 @@ void write_gltf_files(const Tables& tables, const std::filesystem::path& out)
 
     const std::string data_name = stem + ".bin";
     target.buffer_uri = percent_encoded(data_name);
-    if (data_size(tables, false) != 0) {
+    if (tables.buffer.size(false) != 0) {
         platform::AtomicFile& file = files.emplace_back(folder / data_name);
         tables.buffer.write(false, [&](const void* bytes, std::size_t size) { file.write(bytes, size); });
     }

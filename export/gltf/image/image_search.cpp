@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <filesystem>
 
 #include "lib/platform/files.h"
 #include "lib/platform/latin1.h"
+#include "lib/platform/text.h"
 
 namespace gltf {
 namespace {
@@ -15,16 +15,6 @@ namespace {
 constexpr std::array<std::string_view, 20> extensions = {".iff",  ".lbm", ".ham",  ".brs", ".map", ".col", ".ilbm",
                                                          ".png",  ".jpg", ".jpeg", ".tga", ".bmp", ".gif", ".tif",
                                                          ".tiff", ".pcx", ".sgi",  ".rgb", ".pct", ""};
-
-char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool same(std::string_view a, std::string_view b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
-}
 
 bool digit(char c)
 {
@@ -41,21 +31,15 @@ std::string_view trimmed(std::string_view text)
 bool take_mark(std::string_view& name, std::string_view mark)
 {
     name = trimmed(name);
-    if (name.size() < mark.size() || !same(name.substr(name.size() - mark.size()), mark)) return false;
+    if (!platform::ends_in_any_case(name, mark)) return false;
     name.remove_suffix(mark.size());
     name = trimmed(name);
     return true;
 }
 
-std::string_view last_element(std::string_view name)
-{
-    const std::size_t cut = name.find_last_of("/\\:");
-    return cut == std::string_view::npos ? name : name.substr(cut + 1);
-}
-
 bool relative(std::string_view name)
 {
-    return name.find(':') == std::string_view::npos && name.front() != '/' && name.front() != '\\';
+    return name.find(':') == std::string_view::npos && !platform::is_separator(name.front());
 }
 
 // Without an extension that means an image; other text behind a dot belongs to the name.
@@ -65,14 +49,14 @@ std::string_view base_name(std::string_view name)
     if (dot == std::string_view::npos || dot == 0) return name;
     const std::string_view extension = name.substr(dot);
     for (const std::string_view known : extensions)
-        if (!known.empty() && same(extension, known)) return name.substr(0, dot);
+        if (!known.empty() && platform::equal_in_any_case(extension, known)) return name.substr(0, dot);
     return name;
 }
 
 std::string joined(const std::string& directory, std::string_view name)
 {
     if (directory.empty()) return std::string(name);
-    const bool closed = directory.back() == '/' || directory.back() == '\\';
+    const bool closed = platform::is_separator(directory.back());
     return directory + (closed ? "" : "/") + std::string(name);
 }
 
@@ -87,7 +71,7 @@ std::string regular_file(const std::string& path)
 // The number with which `entry` continues `base`, or -1: "fire" and "Fire012.iff" give 12.
 long sequence_number(std::string_view entry, std::string_view base)
 {
-    if (entry.size() <= base.size() || !same(entry.substr(0, base.size()), base)) return -1;
+    if (entry.size() <= base.size() || !platform::equal_in_any_case(entry.substr(0, base.size()), base)) return -1;
     std::string_view rest = entry.substr(base.size());
     rest = base_name(rest.front() == '.' ? rest.substr(1) : rest);
     if (rest.empty() || rest.size() > 9 || !std::all_of(rest.begin(), rest.end(), digit)) return -1;
@@ -130,7 +114,7 @@ ImagePlace find_image(std::string_view name, const std::vector<std::string>& dir
 {
     ImagePlace place;
     const std::string_view plain = plain_image_name(name, place.sequence);
-    const std::string_view last = plain.empty() ? plain : last_element(plain);
+    const std::string_view last = plain.empty() ? plain : platform::last_element(plain);
     place.named = !last.empty();
     if (!place.named) return place;
     const bool with_directories = last.size() < plain.size() && relative(plain);
