@@ -15,7 +15,7 @@ using tv::TextureProjection;
 
 namespace {
 
-using Point = std::array<double, 3>;
+using Point = glm::dvec3;
 
 tv::Vec3 added(const tv::Vec3& a, const tv::Vec3& b)
 {

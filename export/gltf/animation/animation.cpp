@@ -6,18 +6,19 @@
 
 #include "export/gltf/base/notes.h"
 #include "lib/toolkit/animation/animation.h"
+#include "lib/toolkit/units.h"
 
 namespace gltf {
 
 namespace {
 
-constexpr double units_per_second = 4800;
+constexpr double units_per_second = tv::time_units_per_second;
 // Samples that the arc between others gives this closely are left out: at the end of an arm of 10 units it is a third of
 // a thousandth.
-constexpr double rotation_tolerance = 0.002 * 0.017453292519943295; // radians
-constexpr double still_rotation = 1e-6;                             // radians: turns below this are none
-constexpr std::size_t track_knots = 100000;                         // a channel's, beyond its own
-constexpr std::size_t all_knots = 20000000;                         // the file's, beyond the scene's own
+constexpr double rotation_tolerance = 0.002 * tv::radians_per_degree; // radians
+constexpr double still_rotation = 1e-6;                               // radians: turns below this are none
+constexpr std::size_t track_knots = 100000;                           // a channel's, beyond its own
+constexpr std::size_t all_knots = 20000000;                           // the file's, beyond the scene's own
 
 } // namespace
 
@@ -45,6 +46,11 @@ Animator::Animator(const tv::Scene& scene, const Options& options, Tables& table
         look_at(camera.channels.roll);
     }
     first_time_ = std::min(first, 0.0);
+}
+
+double Animator::frame() const
+{
+    return units_per_second / std::clamp(scene_.time_line.frame_rate, 1, tv::time_units_per_second);
 }
 
 Track Animator::track(const tv::Channel& channel, double fallback)
@@ -129,8 +135,7 @@ uint32_t Animator::spline_sampler(const std::array<Track, 3>& tracks, double fac
 // Time between two samples, 1/4800 s: a frame, or more where that would be too many.
 double Animator::frame_step(const Span& span)
 {
-    const double rate = std::clamp(scene_.time_line.frame_rate, 1, 4800);
-    const double step = units_per_second / rate;
+    const double step = frame();
     const double allowed = static_cast<double>(std::max<std::size_t>(std::min(track_knots, budget_), 1));
     const double wanted = (span.last - span.first) / step;
     budget_ -= std::min(budget_, static_cast<std::size_t>(std::min(wanted, allowed)) + span.knots);

@@ -27,7 +27,7 @@ public:
     Animator(const tv::Scene& scene, const Options& options, Tables& tables, Report& report);
 
     double start_time() const { return start_time_; } // 1/4800 s; where the nodes stand before anything moves
-    bool still() const { return still_; }
+    double frame() const;                             // from one frame to the next, 1/4800 s
 
     // Made once an instance, however often it is placed. The instance is one that tv::is_animated.
     const Motion& motion(tv::Id instance);

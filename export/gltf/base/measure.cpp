@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "export/gltf/base/transform.h"
+#include "export/gltf/base/vectors.h"
 
 namespace gltf {
 
@@ -20,11 +21,6 @@ struct Box {
         upper = glm::max(upper, point);
     }
 };
-
-bool is_finite(const glm::dvec3& v)
-{
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
 
 Box box_of(const tv::Object& object)
 {

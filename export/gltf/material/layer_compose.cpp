@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <glm/common.hpp>
+#include <glm/vector_relational.hpp>
 #include <memory>
 
 #include "export/gltf/material/layer_normal.h"
@@ -91,20 +93,16 @@ private:
 };
 
 // The axes of the procedural's space along which the projection's square reaches.
-std::array<bool, 3> reach_of(const FrameSurface& surface, const Procedural& procedural)
+glm::bvec3 reach_of(const FrameSurface& surface, const Procedural& procedural)
 {
-    std::array<double, 3> low{1e300, 1e300, 1e300}, high{-1e300, -1e300, -1e300};
+    glm::dvec3 low(1e300), high(-1e300);
     for (int i = 0; i <= 8; i++)
         for (int k = 0; k <= 8; k++) {
-            const std::array<double, 3> p = surface.point(i / 8.0, k / 8.0);
-            for (std::size_t c = 0; c < 3; c++) {
-                low[c] = std::min(low[c], p[c] / procedural.scale[c]);
-                high[c] = std::max(high[c], p[c] / procedural.scale[c]);
-            }
+            const glm::dvec3 p = surface.point(i / 8.0, k / 8.0) / procedural.scale;
+            low = glm::min(low, p);
+            high = glm::max(high, p);
         }
-    std::array<bool, 3> reach{};
-    for (std::size_t c = 0; c < 3; c++) reach[c] = high[c] - low[c] > 1e-4;
-    return reach;
+    return glm::greaterThan(high - low, glm::dvec3(1e-4));
 }
 
 unsigned char byte_of(float x)
@@ -118,20 +116,18 @@ Pixels bake(const Procedural& procedural, const SlotPlan& plan, const tv::Textur
 {
     constexpr uint32_t longest = 1024;
     const FrameSurface surface(frame);
-    const std::array<bool, 3> reach = reach_of(surface, procedural);
+    const glm::bvec3 reach = reach_of(surface, procedural);
     Pixels pixels = make_pixels(std::min(plan.width, longest), std::min(plan.height, longest));
     const int looks = procedural.kind == Procedural::Kind::turbulence ? 1 : 2;
     for (uint32_t y = 0; y < pixels.height; y++)
         for (uint32_t x = 0; x < pixels.width; x++) {
-            std::array<double, 3> sum{};
+            glm::dvec3 sum(0);
             for (int look = 0; look < looks * looks; look++) {
                 const double u = (x + (look % looks + 0.5) / looks) / pixels.width;
                 const double v = 1 - (y + (look / looks + 0.5) / looks) / pixels.height;
-                const std::array<double, 3> color = procedural_color(procedural, surface.point(u, v), reach);
-                for (std::size_t c = 0; c < 3; c++) sum[c] += color[c];
+                sum += procedural_color(procedural, surface.point(u, v), reach);
             }
-            for (std::size_t c = 0; c < 3; c++)
-                pixels.at(x, y)[c] = byte_of(static_cast<float>(sum[c] / (looks * looks)));
+            for (int c = 0; c < 3; c++) pixels.at(x, y)[c] = byte_of(static_cast<float>(sum[c] / (looks * looks)));
             pixels.at(x, y)[3] = 255;
         }
     return pixels;

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
+#include "export/gltf/base/byte_key.h"
 #include "export/gltf/material/layer_compose.h"
 
 namespace gltf {
@@ -41,21 +41,6 @@ bool repeats(const std::vector<LayerStep>& steps, Wrap wrap)
 double fraction(double x)
 {
     return x - std::floor(x);
-}
-
-template <class T>
-void put(std::string& key, const T& value)
-{
-    static_assert(std::is_trivially_copyable_v<T>);
-    char bytes[sizeof(T)];
-    std::memcpy(bytes, &value, sizeof(T));
-    key.append(bytes, sizeof(T));
-}
-
-template <class T>
-void put_all(std::string& key, const T& values)
-{
-    for (const auto& value : values) put(key, value);
 }
 
 } // namespace
@@ -122,32 +107,31 @@ std::string recipe_key(SlotKind kind, const SlotPlan& plan, const PlainSurface& 
                        const tv::TextureProjection& frame)
 {
     std::string key;
-    put(key, kind);
-    put(key, plan.width);
-    put(key, plan.height);
-    put(key, plan.repeat_u);
-    put(key, plan.repeat_v);
-    put_all(key, plain.color);
-    for (const float x : {plain.diffuse, plain.opacity, plain.luminous, plain.specular}) put(key, x);
+    append_bytes(key, kind);
+    append_bytes(key, plan.width);
+    append_bytes(key, plan.height);
+    append_bytes(key, plan.repeat_u);
+    append_bytes(key, plan.repeat_v);
+    append_bytes(key, plain.color);
+    for (const float x : {plain.diffuse, plain.opacity, plain.luminous, plain.specular}) append_bytes(key, x);
     for (const LayerStep& step : plan.steps) {
-        put(key, step.target);
-        put(key, step.image);
-        put_all(key, step.multiplier);
-        put(key, step.weight);
-        put(key, step.invert);
-        put_all(key, step.repeats);
-        put(key, step.wrap_u);
-        put(key, step.wrap_v);
+        append_bytes(key, step.target);
+        append_bytes(key, step.image);
+        append_bytes(key, step.multiplier);
+        append_bytes(key, step.weight);
+        append_bytes(key, step.invert);
+        append_bytes(key, step.repeats);
+        append_bytes(key, step.wrap_u);
+        append_bytes(key, step.wrap_v);
         if (!step.procedural) continue;
         const Procedural& p = *step.procedural;
-        put(key, p.kind);
-        for (const auto& triple : {p.color1, p.color2, p.scale, p.translate}) put_all(key, triple);
-        put(key, p.param1);
-        put(key, p.param2);
+        append_bytes(key, p.kind);
+        for (const glm::dvec3* triple : {&p.color1, &p.color2, &p.scale, &p.translate}) append_bytes(key, *triple);
+        append_bytes(key, p.param1);
+        append_bytes(key, p.param2);
     }
     if (!has_procedural(plan.steps)) return key;
-    put(key, frame.model);
-    for (const auto& triple : {frame.origin, frame.upoint, frame.vpoint, frame.wpoint}) put_all(key, triple);
+    append_frame(key, frame);
     return key;
 }
 

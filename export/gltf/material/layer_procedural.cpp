@@ -2,18 +2,24 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+#include <glm/geometric.hpp>
+
+#include "export/gltf/base/vectors.h"
+#include "lib/toolkit/units.h"
 
 namespace gltf {
 namespace {
-
-using Vector = std::array<double, 3>;
 
 constexpr double beyond_planes = 1e-5; // keeps a surface that lies just in a plane of the pattern on one side of it
 
 double tame(double x, double otherwise)
 {
     return std::isfinite(x) ? std::clamp(x, -1e9, 1e9) : otherwise;
+}
+
+glm::dvec3 tame(const glm::dvec3& v, double otherwise)
+{
+    return {tame(v.x, otherwise), tame(v.y, otherwise), tame(v.z, otherwise)};
 }
 
 uint32_t mixed(uint32_t x) // every bit of x acts on every bit of the result
@@ -34,11 +40,11 @@ double lattice(int64_t x, int64_t y, int64_t z)
 }
 
 // Value noise, 0 to 1: random values at whole coordinates, a smooth curve between.
-double noise(const Vector& p)
+double noise(const glm::dvec3& p)
 {
     int64_t whole[3];
     double part[3];
-    for (std::size_t i = 0; i < 3; i++) {
+    for (int i = 0; i < 3; i++) {
         const double floor = std::floor(p[i]);
         whole[i] = static_cast<int64_t>(floor);
         const double t = p[i] - floor;
@@ -48,7 +54,7 @@ double noise(const Vector& p)
     for (int corner = 0; corner < 8; corner++) {
         double weight = 1;
         int64_t at[3];
-        for (std::size_t i = 0; i < 3; i++) {
+        for (int i = 0; i < 3; i++) {
             const bool upper = (corner >> i & 1) != 0;
             weight *= upper ? part[i] : 1 - part[i];
             at[i] = whole[i] + (upper ? 1 : 0);
@@ -58,21 +64,16 @@ double noise(const Vector& p)
     return sum;
 }
 
-double turbulence(Vector p, double gain)
+double turbulence(glm::dvec3 p, double gain)
 {
     double sum = 0, weight = 1, weights = 0;
     for (int octave = 0; octave < 5; octave++) {
         sum += weight * noise(p);
         weights += weight;
         weight *= gain;
-        for (double& x : p) x = x * 2 + 17.25; // off the lattice of the octave before
+        p = p * 2.0 + 17.25; // off the lattice of the octave before
     }
     return sum / weights;
-}
-
-Vector lerp(const Vector& a, const Vector& b, double t)
-{
-    return {a[0] + (b[0] - a[0]) * t, a[1] + (b[1] - a[1]) * t, a[2] + (b[2] - a[2]) * t};
 }
 
 } // namespace
@@ -88,78 +89,67 @@ std::optional<Procedural> make_procedural(const tv::Texture& texture, const tv::
         made.kind = Procedural::Kind::turbulence;
     else
         return std::nullopt;
-    for (std::size_t i = 0; i < 3; i++) {
-        made.color1[i] = tame(texture.color1[i], 0);
-        made.color2[i] = tame(texture.color2[i], 0);
-        if (!layer.placed) continue;
-        const double size = tame(layer.scale[i], 1);
-        made.scale[i] = std::abs(size) > 1e-9 ? size : 1;
-        made.translate[i] = tame(layer.translate[i], 0);
+    made.color1 = tame(vector_of(texture.color1), 0);
+    made.color2 = tame(vector_of(texture.color2), 0);
+    if (layer.placed) {
+        made.scale = tame(vector_of(layer.scale), 1);
+        for (int i = 0; i < 3; i++)
+            if (!(std::abs(made.scale[i]) > 1e-9)) made.scale[i] = 1;
+        made.translate = tame(vector_of(layer.translate), 0);
     }
     made.param1 = tame(texture.param1, 1);
     made.param2 = tame(texture.param2, 1);
     return made;
 }
 
-std::array<double, 3> procedural_color(const Procedural& procedural, const std::array<double, 3>& point,
-                                       const std::array<bool, 3>& across)
+glm::dvec3 procedural_color(const Procedural& procedural, const glm::dvec3& point, const glm::bvec3& across)
 {
-    Vector p;
-    for (std::size_t i = 0; i < 3; i++)
-        p[i] = tame((point[i] - procedural.translate[i]) / procedural.scale[i] + beyond_planes, 0);
+    const glm::dvec3 p = tame((point - procedural.translate) / procedural.scale + beyond_planes, 0);
     switch (procedural.kind) {
     case Procedural::Kind::checker: {
         const double sum = std::floor(p[0]) + std::floor(p[1]) + std::floor(p[2]);
         return std::fmod(sum, 2) == 0 ? procedural.color1 : procedural.color2;
     }
     case Procedural::Kind::grid:
-        for (std::size_t i = 0; i < 3; i++)
+        for (int i = 0; i < 3; i++)
             if (across[i] && std::abs(p[i] - std::round(p[i])) < procedural.param1) return procedural.color2;
         return procedural.color1;
     case Procedural::Kind::turbulence: break;
     }
     const double value = turbulence(p, std::clamp(procedural.param2, 0.0, 1.0));
     const double strength = std::clamp(0.5 + (value - 0.5) * 2 * procedural.param1, 0.0, 1.0);
-    return lerp(procedural.color2, procedural.color1, strength);
+    return procedural.color2 + (procedural.color1 - procedural.color2) * strength;
 }
 
-FrameSurface::FrameSurface(const tv::TextureProjection& frame) : model_(frame.model)
+FrameSurface::FrameSurface(const tv::TextureProjection& frame)
+    : model_(frame.model), origin_(vector_of(frame.origin)), u_(vector_of(frame.upoint) - origin_),
+      v_(vector_of(frame.vpoint) - origin_), w_(vector_of(frame.wpoint) - origin_)
 {
-    for (std::size_t i = 0; i < 3; i++) {
-        origin_[i] = frame.origin[i];
-        u_[i] = double{frame.upoint[i]} - origin_[i];
-        v_[i] = double{frame.vpoint[i]} - origin_[i];
-        w_[i] = double{frame.wpoint[i]} - origin_[i];
-    }
     if (model_ != tv::ProjectionModel::cylindrical && model_ != tv::ProjectionModel::spherical) return;
     // w becomes the direction a quarter turn from u, as long as u: to the right of it, seen from outside.
-    const double size = std::sqrt(v_[0] * v_[0] + v_[1] * v_[1] + v_[2] * v_[2]);
-    const double by = size > 0 ? 1 / size : 0;
-    w_ = {(v_[1] * u_[2] - v_[2] * u_[1]) * by, (v_[2] * u_[0] - v_[0] * u_[2]) * by,
-          (v_[0] * u_[1] - v_[1] * u_[0]) * by};
+    const double size = glm::length(v_);
+    w_ = glm::cross(v_, u_) * (size > 0 ? 1 / size : 0);
 }
 
-std::array<double, 3> FrameSurface::point(double u, double v) const
+glm::dvec3 FrameSurface::point(double u, double v) const
 {
     double along_u = u, along_v = v, along_w = 0;
     switch (model_) {
     case tv::ProjectionModel::orthographic: break;
     case tv::ProjectionModel::box: along_w = 1; break;
     case tv::ProjectionModel::cylindrical:
-        along_u = std::cos(2 * std::numbers::pi * u);
-        along_w = std::sin(2 * std::numbers::pi * u);
+        along_u = std::cos(2 * tv::pi * u);
+        along_w = std::sin(2 * tv::pi * u);
         break;
     case tv::ProjectionModel::spherical: {
-        const double latitude = (v - 0.5) * std::numbers::pi;
-        along_u = std::cos(latitude) * std::cos(2 * std::numbers::pi * u);
-        along_w = std::cos(latitude) * std::sin(2 * std::numbers::pi * u);
+        const double latitude = (v - 0.5) * tv::pi;
+        along_u = std::cos(latitude) * std::cos(2 * tv::pi * u);
+        along_w = std::cos(latitude) * std::sin(2 * tv::pi * u);
         along_v = std::sin(latitude);
         break;
     }
     }
-    Vector p;
-    for (std::size_t i = 0; i < 3; i++) p[i] = origin_[i] + along_u * u_[i] + along_v * v_[i] + along_w * w_[i];
-    return p;
+    return origin_ + along_u * u_ + along_v * v_ + along_w * w_;
 }
 
 } // namespace gltf

@@ -1,7 +1,7 @@
 // The toolkit's procedural textures, computed point by point: "checker", "grid" and "rawturbulence".
 #pragma once
-#include <array>
 #include <cstdint>
+#include <glm/vec3.hpp>
 #include <optional>
 
 #include "lib/toolkit/scene/scene.h"
@@ -10,9 +10,9 @@ namespace gltf {
 
 struct Procedural {
     enum class Kind : uint8_t { checker, grid, turbulence } kind = Kind::checker;
-    std::array<double, 3> color1{1, 1, 1}, color2{0, 0, 0};
+    glm::dvec3 color1{1, 1, 1}, color2{0, 0, 0};
     double param1 = 1, param2 = 1;
-    std::array<double, 3> scale{1, 1, 1}, translate{0, 0, 0}; // the layer's own space: (p - translate) / scale
+    glm::dvec3 scale{1, 1, 1}, translate{0, 0, 0}; // the layer's own space: (p - translate) / scale
 };
 
 // Nothing for "off" and for names that aren't known.
@@ -23,19 +23,18 @@ std::optional<Procedural> make_procedural(const tv::Texture& texture, const tv::
 //   Axes along which the surface doesn't reach through the space (`across` false) have no lines, or a flat surface that
 //   lies in one of the planes would be all line.
 // rawturbulence: from color2 to color1 by noise of five octaves, each param2 times the one before; param1 is contrast.
-std::array<double, 3> procedural_color(const Procedural& procedural, const std::array<double, 3>& point,
-                                       const std::array<bool, 3>& across);
+glm::dvec3 procedural_color(const Procedural& procedural, const glm::dvec3& point, const glm::bvec3& across);
 
 // The point of the frame's space that texture coordinates 0..1 stand for (v up): on the plane through O, on the
 // cylinder or the sphere, or on the box's side at the end of W.
 class FrameSurface {
 public:
     explicit FrameSurface(const tv::TextureProjection& frame);
-    std::array<double, 3> point(double u, double v) const;
+    glm::dvec3 point(double u, double v) const;
 
 private:
     tv::ProjectionModel model_;
-    std::array<double, 3> origin_{}, u_{}, v_{}, w_{};
+    glm::dvec3 origin_, u_, v_, w_;
 };
 
 } // namespace gltf

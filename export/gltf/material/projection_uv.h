@@ -10,6 +10,7 @@
 //                 reads the right way round from outside. Top and bottom have U to the right.
 #pragma once
 #include <array>
+#include <glm/vec3.hpp>
 #include <span>
 
 #include "lib/toolkit/scene/scene.h"
@@ -23,12 +24,12 @@ struct Uv {
 // A frame made ready for use. Points given to it are in the frame's own space: the primitive's, or the world's.
 struct UvProjector {
     tv::ProjectionModel model = tv::ProjectionModel::orthographic;
-    std::array<double, 3> origin{};
+    glm::dvec3 origin{0};
     // Dot with (p - origin). Orthographic and box: the coordinate along that side of the frame. Cylindrical and
     // spherical: u towards the seam, w a quarter turn to the right of it (from outside), both in lengths; v the height,
     // for cylindrical in parts of the picture.
-    std::array<double, 3> u{}, v{}, w{};
-    std::array<std::array<double, 3>, 3> sides{}; // box: unit vectors along U, V and W, which a normal is held against
+    glm::dvec3 u{0}, v{0}, w{0};
+    std::array<glm::dvec3, 3> sides{}; // box: unit vectors along U, V and W, which a normal is held against
     double blur = 0;     // what rounding of the points may be off, lengths: nearer to the axis there is no direction
     bool usable = false; // false: a frame without extent, or not finite
 };
@@ -39,7 +40,7 @@ UvProjector make_projector(const tv::TextureProjection& frame);
 // Texture coordinates of one triangle's corners. `normal` chooses the side for cubic maps, and need not have length 1.
 // The corners of a triangle that crosses a cylinder's or sphere's seam come out on one side of it, and a corner on the
 // pole or the axis takes the middle of the other two, so that neither smears. Never NaN, never beyond 1e6.
-void project_triangle(const UvProjector& projector, const std::array<std::array<double, 3>, 3>& points,
-                      const std::array<double, 3>& normal, std::span<Uv, 3> out);
+void project_triangle(const UvProjector& projector, const std::array<glm::dvec3, 3>& points, const glm::dvec3& normal,
+                      std::span<Uv, 3> out);
 
 } // namespace gltf

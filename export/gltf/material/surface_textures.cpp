@@ -1,10 +1,10 @@
 #include "export/gltf/material/surface_textures.h"
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <unordered_map>
 
+#include "export/gltf/base/byte_key.h"
 #include "export/gltf/image/image_png.h"
 #include "export/gltf/image/image_store.h"
 #include "export/gltf/material/layer_compose.h"
@@ -20,14 +20,6 @@ namespace {
 constexpr uint64_t fine_pixels = uint64_t{1} << 30;
 constexpr uint32_t coarse_side = 256;
 constexpr std::size_t most_frames = 32; // of one surface
-
-std::string frame_bytes(const tv::TextureProjection& frame)
-{
-    std::string bytes(1, static_cast<char>(frame.model));
-    for (const tv::Vec3& triple : {frame.origin, frame.upoint, frame.vpoint, frame.wpoint})
-        bytes.append(reinterpret_cast<const char*>(triple.data()), sizeof triple);
-    return bytes;
-}
 
 bool has(const std::vector<LayerStep>& steps, LayerTarget target)
 {
@@ -179,7 +171,7 @@ const SurfaceTextures& SurfaceTextureMaker::textures(tv::Id id, const tv::Textur
     State::Entry& entry = state.entry(id);
     // Only what makes a difference stands in the key, so that a surface has one result where one will do.
     std::string key(1, entry.ends && inside ? 'i' : ' ');
-    if (entry.recipe.has_procedural) key += frame_bytes(*frame);
+    if (entry.recipe.has_procedural) append_frame(key, *frame);
     const auto known = entry.made.find(key);
     if (known != entry.made.end()) return known->second;
     if (entry.frames == most_frames) {

@@ -6,12 +6,14 @@
 #include <glm/matrix.hpp>
 #include <stdexcept>
 
+#include "export/gltf/base/byte_key.h"
 #include "export/gltf/base/notes.h"
 #include "export/gltf/base/transform.h"
 #include "export/gltf/material/projection_uv.h"
 #include "export/gltf/mesh/tangents.h"
 #include "export/gltf/mesh/vertex_table.h"
 #include "lib/platform/latin1.h"
+#include "lib/toolkit/units.h"
 
 namespace gltf {
 
@@ -55,17 +57,6 @@ bool has_bump(const tv::Surface& surface)
         };
         return on(tv::LayerChannel::bump) || on(tv::LayerChannel::bump_u) || on(tv::LayerChannel::bump_v);
     });
-}
-
-template <typename T>
-void append_bytes(std::string& key, const T& value)
-{
-    key.append(reinterpret_cast<const char*>(&value), sizeof value);
-}
-
-std::array<double, 3> array_of(const glm::dvec3& v)
-{
-    return {v.x, v.y, v.z};
 }
 
 std::array<float, 3> floats_of(const glm::dvec3& v)
@@ -125,9 +116,7 @@ uint32_t MeshMaker::mesh(tv::Id id, const tv::TextureProjection& projection, con
     std::string key;
     append_bytes(key, id);
     if (framed) {
-        append_bytes(key, projection.model);
-        for (const tv::Vec3* v : {&projection.origin, &projection.upoint, &projection.vpoint, &projection.wpoint})
-            append_bytes(key, *v);
+        append_frame(key, projection);
         if (projection.world_space) append_bytes(key, world);
     }
     const auto [entry, added] = made_.try_emplace(std::move(key), none);
@@ -175,7 +164,7 @@ void MeshMaker::add_primitive(const tv::Primitive& primitive, Build& build)
     const tv::PolygonView view = polygons.view();
     std::vector<float> smooth; // a normal a corner; empty: flat
     if (const auto angle = build.object->smoothing_angle; angle && *angle > 0 && !polygons.corners.empty()) {
-        constexpr float radians = 0.0174532925f, half_turn = 3.14159265f;
+        constexpr auto radians = static_cast<float>(tv::radians_per_degree), half_turn = static_cast<float>(tv::pi);
         smooth.resize(3 * polygons.corners.size());
         tv::corner_normals(view, std::min(*angle * radians, half_turn), smooth);
     }
@@ -232,10 +221,10 @@ void MeshMaker::add_triangles(Group& group, Build& build)
     for (const std::array<uint32_t, 3>& triangle : build.triangles.list) {
         std::array<Uv, 3> uv;
         if (group.uv) {
-            std::array<std::array<double, 3>, 3> points;
+            std::array<glm::dvec3, 3> points;
             for (std::size_t i = 0; i < 3; ++i)
-                points[i] = array_of(glm::dvec3(build.to_frame * glm::dvec4(build.points[triangle[i]], 1)));
-            project_triangle(build.projector, points, array_of(build.normal_to_frame * build.polygon_normal), uv);
+                points[i] = glm::dvec3(build.to_frame * glm::dvec4(build.points[triangle[i]], 1));
+            project_triangle(build.projector, points, build.normal_to_frame * build.polygon_normal, uv);
             for (const Uv& corner : uv)
                 group.inside &= corner.u >= 0 && corner.u <= 1 && corner.v >= 0 && corner.v <= 1;
         }

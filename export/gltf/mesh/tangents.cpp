@@ -2,18 +2,10 @@
 
 #include <cmath>
 #include <glm/geometric.hpp>
-#include <glm/vec3.hpp>
+
+#include "export/gltf/base/vectors.h"
 
 namespace gltf {
-
-namespace {
-
-glm::dvec3 vector_of(const std::array<float, 3>& v)
-{
-    return {v[0], v[1], v[2]};
-}
-
-} // namespace
 
 bool is_mirrored(const std::array<Uv, 3>& uv)
 {

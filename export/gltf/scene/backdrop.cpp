@@ -6,8 +6,10 @@
 #include <glm/geometric.hpp>
 
 #include "export/gltf/base/notes.h"
+#include "export/gltf/base/vectors.h"
 #include "export/gltf/scene/nodes.h"
 #include "lib/platform/latin1.h"
+#include "lib/toolkit/units.h"
 
 namespace gltf {
 
@@ -60,17 +62,16 @@ struct Ball {
 
 Ball make_ball(const glm::dvec3& center, double radius, const Shown& shown)
 {
-    constexpr double half_turn = 3.14159265358979323846;
     Ball ball;
     for (int half = 0; half < 2; ++half)
         for (int ring = 0; ring <= rings; ++ring) {
             const double down = (half + static_cast<double>(ring) / rings) / 2; // 0 zenith, 1 nadir
-            const double height = std::cos(down * half_turn), width = std::sin(down * half_turn);
+            const double height = std::cos(down * tv::pi), width = std::sin(down * tv::pi);
             const auto band = static_cast<std::size_t>(2 * half);
             for (int segment = 0; segment <= segments; ++segment) {
                 // The middle of a picture lies straight ahead, at -Z, and its right side on the right.
                 const double turn = static_cast<double>(segment) / segments;
-                const double angle = (turn - 0.5) * 2 * half_turn;
+                const double angle = (turn - 0.5) * 2 * tv::pi;
                 const glm::dvec3 point =
                     center + radius * glm::dvec3(std::sin(angle) * width, height, -std::cos(angle) * width);
                 for (int i = 0; i < 3; ++i) ball.positions.push_back(file_float(point[i]));
@@ -101,7 +102,7 @@ void add_dome(const tv::Scene& scene, double scale, const Measure& measure, cons
     // Round everything, the cameras too, and far enough out that nothing seems to touch it.
     glm::dvec3 lower = measure.lower, upper = measure.upper;
     for (const tv::Camera& camera : scene.cameras) {
-        const glm::dvec3 from(camera.look_from[0], camera.look_from[1], camera.look_from[2]);
+        const glm::dvec3 from = vector_of(camera.look_from);
         if (!(glm::dot(from, from) < 1e30)) continue;
         lower = glm::min(lower, from);
         upper = glm::max(upper, from);

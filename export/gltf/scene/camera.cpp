@@ -4,20 +4,16 @@
 #include <cmath>
 #include <glm/geometric.hpp>
 
+#include "export/gltf/base/vectors.h"
 #include "export/gltf/scene/nodes.h"
 #include "lib/platform/latin1.h"
+#include "lib/toolkit/units.h"
 
 namespace gltf {
 
 namespace {
 
-constexpr double radians = 0.017453292519943295, half_turn = 3.14159265358979323846;
 constexpr std::size_t most_steps = 100000; // frames walked to reach a still's
-
-glm::dvec3 vector_of(const tv::Vec3& v)
-{
-    return {v[0], v[1], v[2]};
-}
 
 // Without roll: level, the Y axis up in the picture.
 glm::dquat level(const glm::dvec3& direction)
@@ -58,7 +54,7 @@ LookPath::LookPath(const tv::Camera& camera, Animator& animator)
     const glm::dvec3 direction = value_of(at, first) - value_of(from, first);
     const glm::dquat start = look_along(direction, vector_of(camera.look_up));
     const glm::dquat difference = glm::conjugate(level(direction)) * start;
-    turn_ = 2 * std::atan2(difference.z, difference.w) - value_at(roll, first) * radians;
+    turn_ = 2 * std::atan2(difference.z, difference.w) - value_at(roll, first) * tv::radians_per_degree;
 }
 
 glm::dquat LookPath::orientation(double time)
@@ -78,7 +74,7 @@ glm::dquat LookPath::orientation(double time)
     direction_ = direction;
     right_ = right;
     // Seen along the line of sight the roll turns to the left: about +Z of a camera that looks along -Z.
-    const double angle = value_at(roll, time) * radians + turn_ + (upside_down_ ? half_turn : 0);
+    const double angle = value_at(roll, time) * tv::radians_per_degree + turn_ + (upside_down_ ? tv::pi : 0);
     return base * glm::angleAxis(angle, glm::dvec3(0, 0, 1));
 }
 
@@ -126,9 +122,9 @@ void make_cameras(const tv::Scene& scene, const Options& options, Animator& anim
         const std::array<Track, 7> all = {path.from[0], path.from[1], path.from[2], path.at[0],
                                           path.at[1],   path.at[2],   path.roll};
         const Span span = span_of(all);
-        const double frame = 4800.0 / std::clamp(scene.time_line.frame_rate, 1, 4800);
         const double begin = span.knots == 0 ? animator.start_time() : span.first;
-        const double step = std::max(frame, (animator.start_time() - begin) / static_cast<double>(most_steps));
+        const double step =
+            std::max(animator.frame(), (animator.start_time() - begin) / static_cast<double>(most_steps));
         for (double time = begin; time < animator.start_time(); time += step) walk.orientation(time);
         placing.rotation = walk.orientation(animator.start_time());
         place_node(node, placing);

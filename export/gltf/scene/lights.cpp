@@ -6,6 +6,7 @@
 
 #include "export/gltf/base/notes.h"
 #include "export/gltf/base/transform.h"
+#include "export/gltf/base/vectors.h"
 #include "export/gltf/material/material.h"
 #include "export/gltf/scene/nodes.h"
 #include "lib/platform/latin1.h"
@@ -14,18 +15,12 @@ namespace gltf {
 
 namespace {
 
-constexpr double radians = 0.017453292519943295;
 constexpr double widest_cone = 1.5707;                      // radians; glTF allows less than a right angle
 constexpr double least_distance = 0.01, empty_distance = 4; // scene units
 
-glm::dvec3 vector_of(const tv::Vec3& v)
-{
-    return {v[0], v[1], v[2]};
-}
-
 // Where the light shines. A "shine direction" names the side that it comes from: a distant light and a spot of the same
 // three angles have it and the way from shine_from to shine_at as exact opposites.
-glm::dvec3 direction_of(const tv::Light& light)
+glm::dvec3 shine_of(const tv::Light& light)
 {
     if (light.model == tv::LightModel::direction && light.shine_direction) return -vector_of(*light.shine_direction);
     if (light.shine_from && light.shine_at) return vector_of(*light.shine_at) - vector_of(*light.shine_from);
@@ -62,7 +57,7 @@ void make_lights(const tv::Scene& scene, const Options& options, const Measure& 
         result.color = linear(light.color);
         result.intensity = positive(intensity) * lux_of_intensity * options.light_scale;
         Placing placing;
-        placing.rotation = look_along(direction_of(light), {0, 1, 0});
+        placing.rotation = look_along(shine_of(light), {0, 1, 0});
         if (light.model != tv::LightModel::direction) {
             const glm::dvec3 from = light.shine_from ? vector_of(*light.shine_from) : glm::dvec3(0);
             placing.translation = from * options.scale;
@@ -77,9 +72,10 @@ void make_lights(const tv::Scene& scene, const Options& options, const Measure& 
         result.intensity = positive(result.intensity);
         if (light.model == tv::LightModel::spot) {
             result.type = Light::Type::spot;
-            const double outer = std::isfinite(light.cutoff) ? std::abs(light.cutoff) * radians : widest_cone;
+            const double outer =
+                std::isfinite(light.cutoff) ? std::abs(light.cutoff) * tv::radians_per_degree : widest_cone;
             result.outer_cone = std::clamp(outer, 1e-3, widest_cone);
-            const double edge = std::isfinite(light.delta) ? std::abs(light.delta) * radians : 0;
+            const double edge = std::isfinite(light.delta) ? std::abs(light.delta) * tv::radians_per_degree : 0;
             // A hard edge still needs some width: the inner angle has to be the smaller one.
             result.inner_cone = std::clamp(result.outer_cone - edge, 0.0, result.outer_cone * 0.999);
         } else if (light.model == tv::LightModel::point) {
