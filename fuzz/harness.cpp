@@ -10,6 +10,9 @@
 
 #include "lib/import/implugin.h"
 #include "lib/services/host.h"
+#include "lib/toolkit/calls/environment.h"
+#include "lib/toolkit/memory.h"
+#include "lib/toolkit/report.h"
 #include "lib/toolkit/scene/scene.h"
 #include "tools/lwob_writer.h"
 

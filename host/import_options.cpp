@@ -8,7 +8,8 @@
 #include "host/path_display.h"
 #include "host/say.h"
 #include "lib/platform/latin1.h"
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/calls/environment.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace host {
 

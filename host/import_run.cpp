@@ -11,8 +11,11 @@
 #include "host/progress.h"
 #include "host/run_messages.h"
 #include "host/say.h"
+#include "lib/import/lw/base/object_extensions.h"
 #include "lib/platform/files.h"
 #include "lib/services/host.h"
+#include "lib/toolkit/calls/environment.h"
+#include "lib/toolkit/report.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace host {
@@ -103,7 +106,7 @@ static void set_search_path(const ImportOptions& options, const ImportRun& run,
     for (const std::string& directory :
          search_directories(run.directory, run.content_directory, references, options.search_path))
         search.push_back(shortest(directory, run.directory));
-    tv::set_search_path(std::move(search));
+    tv::set_search_path(std::move(search), {lw_object_extensions.begin(), lw_object_extensions.end()});
 }
 
 // One call of the plug-in on an empty scene, from the current directory; true when it read the file to its end.

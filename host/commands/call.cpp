@@ -11,7 +11,8 @@
 #include "host/say.h"
 #include "lib/import/lw/base/option_table.h"
 #include "lib/services/host.h"
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/report.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace host {
 

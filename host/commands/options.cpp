@@ -11,7 +11,7 @@
 #include "host/run_messages.h"
 #include "host/say.h"
 #include "lib/platform/dialog_obstacle.h"
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/report.h"
 
 namespace host {
 

@@ -17,6 +17,7 @@
 #include <unistd.h>
 
 #include "lib/platform/name_folding.h"
+#include "lib/platform/text.h"
 
 namespace platform {
 namespace {
@@ -107,16 +108,10 @@ struct Elements {
     std::vector<std::string_view> elements;
 };
 
-bool is_separator(char c)
-{
-    return c == '/' || c == '\\';
-}
-
 Elements elements_of(std::string_view path)
 {
     Elements out;
-    const auto is_letter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
-    if (path.size() >= 2 && path[1] == ':' && is_letter(path[0])) {
+    if (has_drive(path)) {
         out.rooted = true;
         path.remove_prefix(2);
     }

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "lib/platform/text.h"
 #include "lib/platform/wide.h"
 
 namespace platform {
@@ -35,8 +36,9 @@ std::string library_file(const void* address)
 // The program's own: Windows looks there first for what a library needs.
 std::string library_directory()
 {
-    const std::string program = program_file();
-    return program.substr(0, program.find_last_of("/\\") + 1);
+    std::string program = program_file();
+    program.resize(program.size() - last_element(program).size());
+    return program;
 }
 
 std::string library_name(const std::string& name)

@@ -47,10 +47,24 @@ constexpr bool has_drive(std::string_view path)
     return path.size() >= 2 && is_letter(path[0]) && path[1] == ':';
 }
 
-// What stands behind the last slash, backslash or colon (an Amiga volume's); empty where one of them ends the path.
+// What stands after the last slash, backslash or colon (an Amiga volume's); empty where one of them ends the path.
 constexpr std::string_view last_element(std::string_view path)
 {
     return path.substr(path.find_last_of("/\\:") + 1); // npos + 1 is 0
+}
+
+// A file's name up to its last dot; a dot in front begins no extension.
+constexpr std::string_view without_extension(std::string_view name)
+{
+    const std::size_t dot = name.rfind('.');
+    return dot == 0 ? name : name.substr(0, dot); // npos: all of it
+}
+
+// Of a path: what stands after its last element's last dot; empty where there is none, or only one in front.
+constexpr std::string_view extension_of(std::string_view path)
+{
+    const std::string_view name = last_element(path);
+    return name.substr(std::min(without_extension(name).size() + 1, name.size()));
 }
 
 } // namespace platform

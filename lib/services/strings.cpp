@@ -1,8 +1,8 @@
 // String helpers. Blanks and letters are those of ASCII: names are Latin-1, and no locale takes part.
-#include <algorithm>
 #include <cstring>
 #include <string_view>
 
+#include "lib/platform/text.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/vc4_tv.h"
 
@@ -44,18 +44,15 @@ int16_t Import_IO_Strip_Whitespace(char* text)
 void Import_IO_String_To_Lower(const char* in, char* out)
 {
     if (!in || !out) return;
-    for (; *in; ++in, ++out) *out = static_cast<char>(*in >= 'A' && *in <= 'Z' ? *in + 32 : *in);
+    for (; *in; ++in, ++out) *out = platform::lower_case(*in);
     *out = 0;
 }
 
 void Import_IO_ExtractBaseFileName(const char* path, char* base)
 {
     if (!base) return;
-    std::string_view name(path ? path : "");
-    name.remove_prefix(std::min(name.find_last_of("/\\:") + 1, name.size())); // npos + 1 is 0
-    const std::size_t dot = name.rfind('.');
-    if (dot != std::string_view::npos && dot != 0) name = name.substr(0, dot);
-    name = name.substr(0, name_limit);
+    const std::string_view whole = platform::without_extension(platform::last_element(path ? path : ""));
+    const std::string_view name = whole.substr(0, name_limit);
     if (!name.empty()) std::memmove(base, name.data(), name.size());
     base[name.size()] = 0;
 }

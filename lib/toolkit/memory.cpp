@@ -1,8 +1,7 @@
-// Blocks for plug-ins: the system's own, counted, and made to fail where a test asks for it.
-#include <cstdint>
-#include <cstdlib>
+// The system's own blocks, counted, and made to fail where a test asks for it.
+#include "lib/toolkit/memory.h"
 
-#include "lib/toolkit/scene/scene.h"
+#include <cstdlib>
 
 namespace {
 

@@ -1,14 +1,10 @@
 #include "lib/toolkit/report.h"
 
-#include <cstdarg>
 #include <cstdio>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "lib/platform/latin1.h"
-#include "lib/toolkit/scene/scene.h"
-#include "lib/toolkit/words/trace.h"
 
 namespace tv {
 
@@ -64,7 +60,9 @@ void to_standard_error(void*, int32_t level, const char* text)
 ReportSink sink = to_standard_error;
 void* sink_context = nullptr;
 
-void tell(int32_t level, const char* code, const char* function, std::span<const std::string> details) noexcept
+} // namespace
+
+void report(int32_t level, const char* code, const char* function, std::span<const std::string> details) noexcept
 {
     try {
         std::string line = worded(code, details);
@@ -75,11 +73,9 @@ void tell(int32_t level, const char* code, const char* function, std::span<const
     }
 }
 
-} // namespace
-
 void report(int32_t level, const char* code, const char* function, std::initializer_list<std::string> details) noexcept
 {
-    tell(level, code, function, {details.begin(), details.size()});
+    report(level, code, function, std::span(details.begin(), details.size()));
 }
 
 void set_report_sink(ReportSink new_sink, void* context)
@@ -89,29 +85,3 @@ void set_report_sink(ReportSink new_sink, void* context)
 }
 
 } // namespace tv
-
-extern "C" void Tv_Report_Error(int32_t level, const char* code, const char* function, ...)
-{
-    va_list arguments;
-    va_start(arguments, function);
-    tv::guarded("Tv_Report_Error", [&] {
-        constexpr std::size_t most = 32; // a list that has lost its null isn't followed for ever
-        std::vector<std::string> details;
-        while (details.size() < most) {
-            const char* const text = va_arg(arguments, const char*);
-            if (!text) break;
-            details.emplace_back(text);
-        }
-        if (tv::trace_enabled()) {
-            tv::trace_begin("Tv_Report_Error");
-            tv::trace_integer(level);
-            tv::trace_string(code);
-            tv::trace_string(function);
-            for (const std::string& detail : details) tv::trace_string(detail.c_str());
-            tv::trace_null();
-            tv::trace_end();
-        }
-        tv::tell(level, code ? code : "ERR", function, details);
-    });
-    va_end(arguments);
-}

@@ -3,12 +3,20 @@
 #include <cstdint>
 #include <initializer_list>
 #include <new>
+#include <span>
 #include <string>
+
+#include "lib/toolkit/vc4_tv.h"
 
 namespace tv {
 
+// Hears reports: level, and one line of text, Latin-1.
+using ReportSink = void (*)(void* context, int32_t level, const char* text);
+TV_API void set_report_sink(ReportSink sink, void* context); // null: standard error, which is the start
+
 // Tells the host's sink, or standard error, one line of text: what happened, worded for the codes that are known, then
 // the code and the function in brackets. Level 3 warning, 4 error. Never throws; what can't be worded is dropped.
+void report(int32_t level, const char* code, const char* function, std::span<const std::string> details) noexcept;
 void report(int32_t level, const char* code, const char* function, std::initializer_list<std::string> details) noexcept;
 
 // Runs the body of a call that takes memory: no function that plug-ins call may throw.

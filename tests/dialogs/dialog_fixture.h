@@ -9,7 +9,7 @@
 #include "lib/import/lw/base/option_variables.h"
 #include "lib/platform/dialog_script.h"
 #include "lib/services/import_io.h"
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/calls/environment.h"
 #include "tests/support/run_plugin.h"
 
 void lw_add_dialog_templates(); // what the library does as it is loaded

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "lib/toolkit/calls/environment.h"
 #include "tests/dialogs/dialog_fixture.h"
 
 using namespace plugin_test;

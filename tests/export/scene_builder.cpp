@@ -1,6 +1,6 @@
 #include "tests/export/scene_builder.h"
 
-#include "lib/toolkit/animation/channels.h"
+#include "lib/toolkit/scene/channels.h"
 
 namespace fs = std::filesystem;
 

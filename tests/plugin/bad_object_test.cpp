@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "lib/import/lw/base/run_state.h"
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/memory.h"
 #include "tests/plugin/objects.h"
 #include "tests/support/run_plugin.h"
 

@@ -7,7 +7,7 @@
 
 #include "lib/import/lw/lw2tv/binary_input.h"
 #include "lib/services/import_io.h"
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/memory.h"
 #include "tools/lwob_writer.h"
 
 using lw_tools::Bytes;

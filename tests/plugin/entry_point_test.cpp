@@ -5,7 +5,8 @@
 #include "lib/import/implugin.h"
 #include "lib/import/lw/base/option_variables.h"
 #include "lib/import/lw/ntdll/library.h"
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/calls/environment.h"
+#include "lib/toolkit/memory.h"
 #include "tests/plugin/objects.h"
 #include "tests/support/run_plugin.h"
 

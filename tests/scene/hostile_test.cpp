@@ -2,6 +2,7 @@
 // held back. The sanitizers watch.
 #include <chrono>
 
+#include "lib/toolkit/memory.h"
 #include "tests/scene/scene_fixture.h"
 
 using namespace scene_tests;

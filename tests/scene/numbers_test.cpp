@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "lib/import/lw/lws/scene_numbers.h"
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/memory.h"
 #include "tests/scene/tokenizer_fixture.h"
 
 using Strings = std::vector<std::string>;

@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "lib/toolkit/animation/animation.h"
+#include "lib/toolkit/calls/environment.h"
 #include "tests/scene/scene_fixture.h"
 
 using namespace scene_tests;

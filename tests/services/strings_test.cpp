@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "lib/services/import_io.h"
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/memory.h"
 #include "lib/toolkit/vc4_tv.h"
 
 namespace {

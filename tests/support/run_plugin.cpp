@@ -10,7 +10,9 @@
 #include "lib/import/lw/base/option_variables.h"
 #include "lib/platform/files.h"
 #include "lib/services/host.h"
+#include "lib/toolkit/report.h"
 #include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/words/trace.h"
 
 namespace plugin_test {
 

@@ -3,6 +3,8 @@
 #include <cstring>
 
 #include "lib/platform/latin1.h"
+#include "lib/toolkit/calls/environment.h"
+#include "lib/toolkit/memory.h"
 #include "tests/toolkit/toolkit_fixture.h"
 #include "gmock/gmock.h"
 
@@ -65,7 +67,7 @@ TEST_F(Environment, SearchTriesEachSpellingInADirectoryBeforeTheNext)
     make_file("second/Ring.LWO");
     make_file("third/deep.lwo");
     std::filesystem::create_directories(directory / "first/plain.lwo");
-    tv::set_search_path({place("missing"), place("first"), place("second")});
+    tv::set_search_path({place("missing"), place("first"), place("second")}, {".lwo", ".lw", ".lwob"});
     EXPECT_EQ(find("ship"), "first/ship.lw");
     EXPECT_EQ(find("gate"), "first/gate.lwo");
     EXPECT_EQ(find("plain.lwo"), "second/plain"); // a directory of the name is none

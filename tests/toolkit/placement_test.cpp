@@ -4,6 +4,7 @@
 #include <numbers>
 #include <random>
 
+#include "lib/toolkit/words/trace.h"
 #include "tests/toolkit/toolkit_fixture.h"
 #include "gmock/gmock.h"
 

@@ -1,6 +1,7 @@
 // Names, the tree, and what may hang under what.
 #include <chrono>
 
+#include "lib/toolkit/words/trace.h"
 #include "lib/toolkit/words/words.h"
 #include "tests/toolkit/toolkit_fixture.h"
 #include "gmock/gmock.h"

@@ -8,7 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "lib/toolkit/animation/channels.h"
+#include "lib/toolkit/memory.h"
+#include "lib/toolkit/report.h"
+#include "lib/toolkit/scene/channels.h"
 #include "lib/toolkit/scene/scene.h"
 #include "lib/toolkit/words/trace.h"
 #include "gtest/gtest.h"

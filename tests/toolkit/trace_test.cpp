@@ -1,6 +1,7 @@
 // The trace of each kind of call, to the letter.
 #include <limits>
 
+#include "lib/toolkit/words/trace.h"
 #include "tests/toolkit/toolkit_fixture.h"
 #include "gmock/gmock.h"
 

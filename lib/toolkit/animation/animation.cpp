@@ -109,15 +109,6 @@ double evaluate(const Channel& channel, double time, double fallback)
                     fallback);
 }
 
-bool is_animated(const Instance& instance)
-{
-    if (!instance.channels) return false;
-    const auto any = [](const std::array<Channel, 3>& axes) {
-        return std::any_of(axes.begin(), axes.end(), [](const Channel& axis) { return !axis.keys.empty(); });
-    };
-    return any(instance.channels->position) || any(instance.channels->scale) || any(instance.channels->rotation);
-}
-
 void mark_constant_channels(InstanceChannels& channels)
 {
     for (std::array<Channel, 3>* axes : {&channels.position, &channels.scale, &channels.rotation})

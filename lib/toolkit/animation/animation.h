@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/animation/channel.h"
+#include "lib/toolkit/vc4_tv.h"
 
 namespace tv {
 
@@ -26,9 +27,6 @@ TV_API double evaluate(const std::vector<Key>& keys, Extrapolation before, Extra
 
 // The same for a channel, sorting only where its keys aren't in order.
 TV_API double evaluate(const Channel& channel, double time, double fallback);
-
-// True when channels exist and at least one holds a key: then they, not the matrix, place the instance.
-TV_API bool is_animated(const Instance& instance);
 
 // Marks the channels that hold one value throughout (equal keys and no tangent that leaves it).
 TV_API void mark_constant_channels(InstanceChannels& channels);

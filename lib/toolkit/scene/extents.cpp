@@ -6,8 +6,8 @@
 #include <span>
 
 #include "lib/toolkit/report.h"
+#include "lib/toolkit/scene/call_trace.h"
 #include "lib/toolkit/scene/placement.h"
-#include "lib/toolkit/words/trace_items.h"
 
 namespace tv {
 
@@ -51,7 +51,7 @@ Triple widened(const Vec3& p)
 }
 
 // Boxes round runs of a primitive's points, and round runs of these boxes. A primitive that is measured a second time,
-// in another place or behind a change of the scene, is measured by following just the boxes that can widen the result.
+// in another place or after a change of the scene, is measured by following just the boxes that can widen the result.
 // That loses nothing: rounding is monotone, so no point of a box comes out beyond the corner that bounds it.
 // A primitive's points never change, so its boxes stay good as long as the scene.
 class PointBoxes {
@@ -149,7 +149,7 @@ private:
 // Kept until something that it depends on changes, and the boxes of points as long as the scene.
 struct Kept {
     bool good = false;
-    uint64_t revision = 0;
+    uint64_t revision = 0, generation = 0; // of the scene that was measured
     Box box;
     std::vector<std::vector<PointBoxes>> objects; // a row an object, an entry a primitive
 };
@@ -180,11 +180,6 @@ float rounded(double value)
 
 } // namespace
 
-void forget_extents()
-{
-    kept = {};
-}
-
 } // namespace tv
 
 extern "C" void Tv_Compute_Worldspace_Extents(float* upper, float* lower, int32_t flag)
@@ -192,6 +187,8 @@ extern "C" void Tv_Compute_Worldspace_Extents(float* upper, float* lower, int32_
     using namespace tv;
     guarded("Tv_Compute_Worldspace_Extents", [&] {
         if (kept.good && kept.revision == scene().revision) return;
+        if (kept.generation != store().generation) kept = {};
+        kept.generation = store().generation;
         kept.good = false;
         kept.box = measure_scene();
         kept.revision = scene().revision;

@@ -1,10 +1,11 @@
 // Instances: their making, their place in the tree and in space, their texture projection.
 #include <cstring>
 
+#include "lib/toolkit/matrix.h"
 #include "lib/toolkit/report.h"
-#include "lib/toolkit/scene/scene_store.h"
-#include "lib/toolkit/vector_math.h"
-#include "lib/toolkit/words/trace_items.h"
+#include "lib/toolkit/scene/call_trace.h"
+#include "lib/toolkit/scene/channels.h"
+#include "lib/toolkit/scene/scene_tree.h"
 
 using namespace tv;
 
@@ -182,20 +183,6 @@ void Tv_Detach(int32_t kind, const char* name, ...)
         const Id id = find_or_report(Kind::instance, name, list.function);
         if (id != no_id) detach(id);
     }
-    trace_call(list, TokenArgument{kind}, name);
-}
-
-void Tv_Remove(int32_t kind, const char* name, ...)
-{
-    TV_READ_WORDS(list, Function::remove, name)
-    guarded(function_name(list.function), [&] {
-        if (!list.good ||
-            !expect_kind(list.function, kind,
-                         {word::object, word::instance, word::surface, word::texture, word::light, word::camera}))
-            return;
-        const Id id = find_or_report(kind_of(kind), name, list.function);
-        if (id != no_id) remove_thing(kind_of(kind), id, list.function);
-    });
     trace_call(list, TokenArgument{kind}, name);
 }
 

@@ -2,8 +2,9 @@
 #include <cstring>
 
 #include "lib/toolkit/report.h"
+#include "lib/toolkit/scene/call_trace.h"
+#include "lib/toolkit/scene/channels.h"
 #include "lib/toolkit/scene/scene_store.h"
-#include "lib/toolkit/words/trace_items.h"
 
 using namespace tv;
 
@@ -77,7 +78,11 @@ void Tv_Camera(const char* name, ...)
 {
     TV_READ_WORDS(list, Function::camera, name)
     guarded(function_name(list.function), [&] {
-        if (list.good && expect_name(Kind::camera, name, list.function)) change_camera(make_camera(name), list);
+        if (!list.good || !expect_name(Kind::camera, name, list.function)) return;
+        const std::size_t before = scene().cameras.size();
+        Camera& camera = make_camera(name);
+        if (scene().cameras.size() != before) register_camera_channels(static_cast<Id>(before));
+        change_camera(camera, list);
     });
     trace_call(list, name);
 }

@@ -4,8 +4,8 @@
 #include <unordered_map>
 
 #include "lib/toolkit/report.h"
+#include "lib/toolkit/scene/call_trace.h"
 #include "lib/toolkit/scene/scene_store.h"
-#include "lib/toolkit/words/trace_items.h"
 
 using namespace tv;
 

@@ -41,6 +41,15 @@ Matrix64 euler_rotation(const Triple& angles)
 
 } // namespace
 
+bool is_animated(const Instance& instance)
+{
+    if (!instance.channels) return false;
+    const auto any = [](const std::array<Channel, 3>& axes) {
+        return std::any_of(axes.begin(), axes.end(), [](const Channel& axis) { return !axis.keys.empty(); });
+    };
+    return any(instance.channels->position) || any(instance.channels->scale) || any(instance.channels->rotation);
+}
+
 std::array<double, 16> local_matrix(const Instance& instance, double time)
 {
     Matrix64 m;

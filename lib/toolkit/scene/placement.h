@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "lib/toolkit/matrix.h"
 #include "lib/toolkit/scene/scene_store.h"
-#include "lib/toolkit/vector_math.h"
 
 namespace tv {
 

@@ -15,16 +15,12 @@
 #include <string_view>
 #include <vector>
 
+#include "lib/toolkit/animation/channel.h"
+#include "lib/toolkit/kinds.h"
 #include "lib/toolkit/scene/name_index.h"
 #include "lib/toolkit/vc4_tv.h"
 
 namespace tv {
-
-using Id = uint32_t;
-inline constexpr Id no_id = 0xffffffffu;
-
-enum class Kind : uint8_t { none, object, instance, surface, texture, light, camera };
-inline constexpr std::size_t kind_count = 7;
 
 using Vec3 = std::array<float, 3>;
 using Matrix = std::array<float, 16>; // row by row
@@ -60,42 +56,6 @@ struct Object {
     std::string shown_name;               // restored: the name in outputs, Latin-1; empty: `name`
     // Restored: where the points of each primitive go in full morph, as many numbers as its `positions`. Empty: no target.
     std::vector<std::vector<float>> morph_target;
-};
-
-// ---- animation -----------------------------------------------------------------------------------------------------
-
-enum class Extrapolation : uint8_t { reset, constant, cycle };
-
-struct Key {
-    int32_t time = 0; // 1/4800 s
-    float value = 0, tension = 0, continuity = 0, bias = 0, ease_from = 0, ease_to = 0;
-    std::array<float, 4> quaternion{}; // only where "quatvalue" was given
-    uint32_t id = 0;                   // 1, 2, 3 ... in the order of making in the whole scene
-    bool linear = false;               // restored: reached from the key before it on a straight line
-};
-
-// One animated number. `keys` stand in the order of making; sorted_keys() of animation.h is what a reader wants.
-struct Channel {
-    std::vector<Key> keys;
-    Extrapolation before = Extrapolation::reset, after = Extrapolation::reset;
-    bool constant = false; // found by an Optimize call: all keys hold one value, and no key need be written
-    Id owner = no_id;      // instance or camera
-    Kind owner_kind = Kind::none;
-    uint8_t slot = 0; // of the tables of Import_IO_Get_Default…AnimationChannelPtrs
-};
-
-// Slots of an instance's table: 6 to 8 guards, 10 to 12 position, 13 to 15 scale, 16 to 18 Euler angles.
-struct InstanceChannels {
-    std::array<Channel, 3> position, scale, rotation; // X, Y, Z each
-    int32_t euler_order = 8;                          // 8: Z first, then X, then Y
-    uint64_t number = 0;                              // in their handles; the toolkit's own
-};
-
-// Slots of a camera's table: 8 to 10 look-from, 11 to 13 look-at, 14 roll in degrees.
-struct CameraChannels {
-    std::array<Channel, 3> look_from, look_at;
-    Channel roll;
-    uint64_t number = 0; // in their handles; the toolkit's own
 };
 
 // ---- what a host puts back ------------------------------------------------------------------------------------------
@@ -348,25 +308,11 @@ struct Placement {
 };
 TV_API bool place_all(double time, std::size_t limit, std::vector<Placement>& out);
 
+// True when channels exist and at least one holds a key: then they, not the matrix, place the instance.
+TV_API bool is_animated(const Instance& instance);
+
 // The instance's own placement below its parent at `time`: channels where it has keys, else the static matrix.
 // A double matrix, row vectors on the left: ((p - pivot) * S) * Rz * Rx * Ry + T.
 TV_API std::array<double, 16> local_matrix(const Instance& instance, double time);
-
-// ---- what a host sets ----------------------------------------------------------------------------------------------
-
-TV_API void set_environment(std::string_view word, std::string_view value); // empty: takes it away
-// Where Tv_Search_And_Open_File looks, in order; directories in the system's spelling.
-TV_API void set_search_path(std::vector<std::string> directories);
-// Writes the call trace there, one JSON array a line; null or empty: off. False when the file can't be made.
-// Without this call the environment variable TV_TRACE, read once, names the file.
-TV_API bool set_trace_file(const char* path);
-// Hears the toolkit's own reports (Tv_Report_Error and bad calls): level, and one line of text, Latin-1.
-using ReportSink = void (*)(void* context, int32_t level, const char* text);
-TV_API void set_report_sink(ReportSink sink, void* context);
-
-// For tests: the n-th allocation from now on (1 is the next) fails, once. 0 switches it off.
-TV_API void fail_allocation(uint64_t n);
-TV_API uint64_t allocations_made(); // since the start of the program
-TV_API uint64_t allocations_held(); // blocks not yet given back
 
 } // namespace tv

@@ -1,4 +1,5 @@
-// The scene's write side: what the calls change it through. The calls' files include this, readers scene.h.
+// The scene's write side: the store itself, and the making and finding of things. The calls' files include this, readers
+// scene.h.
 #pragma once
 #include <cstdint>
 #include <string>
@@ -35,6 +36,8 @@ struct Store {
     };
     std::vector<ChannelSet> channel_sets;
     uint64_t first_channel_set = 1; // the number of channel_sets[0]
+
+    uint64_t generation = 0; // rises when the scene is cleared
 };
 
 Store& store();
@@ -58,35 +61,13 @@ Id find_or_report(Kind kind, const char* name, Function function);
 // For the calls that make things: false and a report where no name was given.
 bool expect_name(Kind kind, const char* name, Function function);
 
-// Makes it dead and frees its name. What hung under it hangs under "world" then; instances of an object become empty
-// nodes. Surfaces and textures that are linked to stay readable where they are.
-void remove_thing(Kind kind, Id id, Function function);
+// Makes it dead and frees its name, no more.
+void bury(Kind kind, Id id);
 
-// ---- the tree ------------------------------------------------------------------------------------------------------
-
-void set_object(Id instance, Id object); // no_id: an empty node
-void detach(Id instance);
-// Hangs an instance under a living instance or object; moves it when it hangs elsewhere. Where that would close a cycle
-// or parent is no_id, it hangs it under "world" and reports ERR_SCENE_BAD_PARENT.
-void attach(Id instance, Kind parent_kind, Id parent, const char* parent_name);
-// True when an instance of `object`, or what hangs in or under it, would come to stand inside itself.
-bool object_would_close_cycle(Id instance, Id object);
-
-// ---- channels ------------------------------------------------------------------------------------------------------
-
-Channel* living_channel(const void* handle); // null for what is no handle; never looks where it points
-const char* channel_owner_name(const Channel& channel);
-InstanceChannels& make_channels(Id instance); // those it has, or new ones
-void drop_channels(Id instance);
-void move_channels(Id from, Id to); // nothing where `from` has none; else those of `to` are lost
-void register_camera_channels(Id camera);
-void forget_camera_channels(Id camera);
-
-void forget_extents(); // with the scene that they were measured of
-
+// What extents depend on has changed.
 inline void touch()
 {
     ++store().scene.revision;
-} // what extents depend on has changed
+}
 
 } // namespace tv

@@ -1,8 +1,9 @@
-// What hangs under what. Two kinds of parent: an instance, and an object, whose children stand in each instance of it.
+// Two kinds of parent: an instance, and an object, whose children stand in each instance of it.
+#include "lib/toolkit/scene/scene_tree.h"
+
 #include <unordered_set>
 
 #include "lib/toolkit/report.h"
-#include "lib/toolkit/scene/scene_store.h"
 
 namespace tv {
 

@@ -2,8 +2,8 @@
 #include <cstring>
 
 #include "lib/toolkit/report.h"
+#include "lib/toolkit/scene/call_trace.h"
 #include "lib/toolkit/scene/scene_store.h"
-#include "lib/toolkit/words/trace_items.h"
 
 using namespace tv;
 

@@ -8,8 +8,7 @@
 
 #include "lib/platform/latin1.h"
 #include "lib/toolkit/report.h"
-#include "lib/toolkit/scene/scene_store.h"
-#include "lib/toolkit/words/trace_items.h"
+#include "lib/toolkit/words/words.h"
 
 namespace tv {
 
@@ -173,74 +172,6 @@ void add_record(std::string& out, const Tv_Local_Axes& axes)
     out += '}';
 }
 
-void add_handle(std::string& out, const void* handle)
-{
-    if (!handle) {
-        out += "null";
-        return;
-    }
-    const Channel* const channel = living_channel(handle);
-    out += "\"<";
-    if (channel) {
-        add_string_body(out, channel_owner_name(*channel));
-        out += ':';
-        add_integer(out, static_cast<int>(channel->slot));
-    }
-    out += ">\"";
-}
-
-void add_item(std::string& out, const Item& item, bool good)
-{
-    const auto floats = [&] { return static_cast<const float*>(item.pointer); };
-    const auto integers = [&] { return static_cast<const int32_t*>(item.pointer); };
-    const bool out_value = item.value >= Value::out_integer;
-    if ((out_value && !good) ||
-        (!item.pointer && (out_value || item.value == Value::string || item.value <= Value::amount) &&
-         item.value > Value::word)) {
-        out += "null"; // what was never written, or never there
-        return;
-    }
-    switch (item.value) {
-    case Value::none: break;
-    case Value::end: out += '0'; break;
-    case Value::close: out += '1'; break;
-    case Value::word:
-    case Value::switch_state:
-    case Value::layer_channel:
-    case Value::projection_model:
-    case Value::space:
-    case Value::channel_kind:
-    case Value::thing_kind: add_token(out, item.number); break;
-    case Value::float_1: add_float(out, *floats()); break;
-    case Value::float_2: add_array(out, floats(), 2, add_float); break;
-    case Value::amount:
-    case Value::float_3:
-    case Value::out_float_3: add_array(out, floats(), 3, add_float); break;
-    case Value::float_4: add_array(out, floats(), 4, add_float); break;
-    case Value::matrix:
-    case Value::out_matrix: add_array(out, floats(), 16, add_float); break;
-    case Value::integer:
-    case Value::out_integer: add_integer(out, *integers()); break;
-    case Value::integer_2: add_array(out, integers(), 2, add_integer<int32_t>); break;
-    case Value::record: add_record(out, *static_cast<const Tv_Local_Axes*>(item.pointer)); break;
-    case Value::out_record: add_record(out, **static_cast<const Tv_Local_Axes* const*>(item.pointer)); break;
-    case Value::sizes:
-    case Value::corners: add_array(out, integers(), item.count, add_integer<int32_t>); break;
-    case Value::points: add_array(out, floats(), item.count, add_float); break;
-    case Value::surface_names:
-        add_array(out, static_cast<const char* const*>(item.pointer), item.count, add_quoted);
-        break;
-    case Value::by_value: add_integer(out, item.number); break;
-    case Value::string: add_quoted(out, static_cast<const char*>(item.pointer)); break;
-    case Value::handle: add_handle(out, item.pointer); break;
-    case Value::out_kind:
-    case Value::out_switch_state:
-    case Value::out_space:
-    case Value::out_projection_model: add_token(out, *integers()); break;
-    case Value::out_string: add_quoted(out, *static_cast<const char* const*>(item.pointer)); break;
-    }
-}
-
 // Opened when the library is loaded: a relative path means the directory that the program was started in.
 [[maybe_unused]] const bool opened_at_load = trace().on();
 
@@ -286,6 +217,36 @@ void trace_floats(const float* values, std::size_t count)
     add_array(trace().text, values, count, add_float);
 }
 
+void trace_integers(const int32_t* values, std::size_t count)
+{
+    trace().text += ',';
+    add_array(trace().text, values, count, add_integer<int32_t>);
+}
+
+void trace_strings(const char* const* texts, std::size_t count)
+{
+    trace().text += ',';
+    add_array(trace().text, texts, count, add_quoted);
+}
+
+void trace_record(const Tv_Local_Axes& axes)
+{
+    trace().text += ',';
+    add_record(trace().text, axes);
+}
+
+void trace_handle(const char* owner, int slot)
+{
+    std::string& text = trace().text;
+    text += ",\"<";
+    if (owner) {
+        add_string_body(text, owner);
+        text += ':';
+        add_integer(text, slot);
+    }
+    text += ">\"";
+}
+
 void trace_null()
 {
     trace().text += ",null";
@@ -309,15 +270,6 @@ void trace_suspend()
 void trace_resume()
 {
     --trace().suspended;
-}
-
-void trace_items(const WordList& list)
-{
-    std::string& text = trace().text;
-    for (std::size_t i = 0; i < list.size; ++i) {
-        text += ',';
-        add_item(text, list.items[i], list.good);
-    }
 }
 
 bool set_trace_file(const char* path)

@@ -19,6 +19,10 @@
 
 namespace tv {
 
+// Writes the call trace there, one JSON array a line; null or empty: off. False when the file can't be made.
+// Without this call the environment variable TV_TRACE, read once, names the file.
+TV_API bool set_trace_file(const char* path);
+
 TV_API bool trace_enabled(); // false also while suspended
 
 TV_API void trace_begin(const char* function);
@@ -27,13 +31,17 @@ TV_API void trace_token(int32_t token);     // its word; a number that is no tok
 TV_API void trace_integer(int64_t value);
 TV_API void trace_float(float value); // as many digits as bring it back; "nan", "inf", "-inf"
 TV_API void trace_floats(const float* values, std::size_t count); // an array; null for a null pointer
+void trace_integers(const int32_t* values, std::size_t count);
+void trace_strings(const char* const* texts, std::size_t count);
+void trace_record(const Tv_Local_Axes& axes);
+void trace_handle(const char* owner, int slot); // of a channel; a null owner: one that is gone
 TV_API void trace_null();
 TV_API void trace_end();
 
 // Writes what is buffered. Done of itself when the file changes, the scene is cleared and the process exits.
 TV_API void trace_flush();
 
-// Calls that a library makes for its own purposes aren't traced: suspend before them, resume behind. They nest.
+// Calls that a library makes for its own purposes aren't traced: suspend before them, resume after. They nest.
 TV_API void trace_suspend();
 TV_API void trace_resume();
 

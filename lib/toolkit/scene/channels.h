@@ -21,4 +21,14 @@ TV_API void* camera_channel(Id camera, std::size_t slot);
 TV_API void optimize_instance_channels(Id instance);
 TV_API void optimize_camera_channels(Id camera);
 
+// ---- for the toolkit's own calls -----------------------------------------------------------------------------------
+
+Channel* living_channel(const void* handle); // null for what is no handle; never looks where it points
+const char* channel_owner_name(const Channel& channel);
+InstanceChannels& make_channels(Id instance); // those it has, or new ones
+void drop_channels(Id instance);
+void move_channels(Id from, Id to);       // nothing where `from` has none; else those of `to` are lost
+void register_camera_channels(Id camera); // of a new camera
+void forget_camera_channels(Id camera);
+
 } // namespace tv

@@ -1,18 +1,15 @@
-// What the host and the system tell plug-ins: words of the environment, and where files are looked for.
+#include "lib/toolkit/calls/environment.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <map>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "lib/platform/files.h"
 #include "lib/platform/latin1.h"
-#include "lib/toolkit/pathnames.h"
+#include "lib/platform/text.h"
 #include "lib/toolkit/report.h"
-#include "lib/toolkit/scene/scene.h"
 
 namespace tv {
 
@@ -24,6 +21,7 @@ struct Environment {
     std::map<std::string, std::string, std::less<>> set_by_host;
     std::map<std::string, std::string, std::less<>> of_process; // as handed out: the pointers are kept by callers
     std::vector<std::string> search_path;
+    std::vector<std::string> endings; // that names of files may bear or lack
 };
 
 Environment& environment()
@@ -44,16 +42,9 @@ const char* environment_value(const char* word)
     return kept.c_str();
 }
 
-bool is_separator(char c)
-{
-    return c == '/' || c == '\\';
-}
-
 bool is_drive(std::string_view element)
 {
-    const bool letter =
-        !element.empty() && ((element[0] >= 'A' && element[0] <= 'Z') || (element[0] >= 'a' && element[0] <= 'z'));
-    return letter && element.size() >= 2 && element[1] == ':' && (element.size() == 2 || is_separator(element[2]));
+    return platform::has_drive(element) && (element.size() == 2 || platform::is_separator(element[2]));
 }
 
 std::vector<std::string> split(std::string_view list, std::string_view separators)
@@ -76,22 +67,24 @@ std::vector<std::string> split_search_path(std::string_view list)
     return split(list, ";:");
 }
 
-// The name first, then as people left the object's extension off or put it on.
+// The name first, then as people left its ending off or put it on.
 std::vector<std::string> spellings(const std::string& name)
 {
     std::vector<std::string> all{name};
-    const std::string_view extension = extension_of(name);
-    if (extension.empty())
-        for (const char* const added : {".lwo", ".lw", ".lwob"}) all.push_back(name + added);
-    else if (same_letters(extension, "lwo") || same_letters(extension, "lw") || same_letters(extension, "lwob"))
-        all.push_back(name.substr(0, name.size() - extension.size() - 1));
+    const bool bare = platform::extension_of(name).empty();
+    for (const std::string& ending : environment().endings) {
+        if (bare)
+            all.push_back(name + ending);
+        else if (platform::ends_in_any_case(name, ending))
+            all.push_back(name.substr(0, name.size() - ending.size()));
+    }
     return all;
 }
 
 std::FILE* open_in(const std::string& directory, const std::string& name, const char* mode, char* found_path)
 {
     std::string path = directory;
-    if (!path.empty() && !is_separator(path.back())) path += '/';
+    if (!path.empty() && !platform::is_separator(path.back())) path += '/';
     path += name;
     if (path.size() + 1 > found_path_size) return nullptr;
     std::FILE* const file = platform::open_file(path.c_str(), mode);
@@ -126,9 +119,10 @@ void set_environment(std::string_view word, std::string_view value)
     }
 }
 
-void set_search_path(std::vector<std::string> directories)
+void set_search_path(std::vector<std::string> directories, std::vector<std::string> endings)
 {
     environment().search_path = std::move(directories);
+    environment().endings = std::move(endings);
 }
 
 } // namespace tv

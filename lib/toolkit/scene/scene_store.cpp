@@ -1,10 +1,9 @@
-#include "lib/toolkit/scene/scene.h"
+#include "lib/toolkit/scene/scene_store.h"
 
 #include <memory>
 #include <utility>
 
 #include "lib/toolkit/report.h"
-#include "lib/toolkit/scene/scene_store.h"
 #include "lib/toolkit/words/trace.h"
 
 namespace tv {
@@ -73,12 +72,12 @@ Scene& scene_to_restore()
 void clear_scene()
 {
     trace_flush();
-    const uint64_t revision = scene().revision;
-    const uint64_t next_channel_set = store().first_channel_set + store().channel_sets.size();
-    forget_extents();
-    store() = new_store();
-    store().scene.revision = revision + 1; // what was computed of the old scene is no good for the new one
-    store().first_channel_set = next_channel_set;
+    // What was computed of the old scene is no good for the new one.
+    Store next = new_store();
+    next.scene.revision = store().scene.revision + 1;
+    next.generation = store().generation + 1;
+    next.first_channel_set = store().first_channel_set + store().channel_sets.size();
+    store() = std::move(next);
 }
 
 Id Scene::find(Kind kind, std::string_view name) const
@@ -159,10 +158,27 @@ Light& make_light(const char* name)
 Camera& make_camera(const char* name)
 {
     std::deque<Camera>& cameras = store().scene.cameras;
-    const std::size_t before = cameras.size();
-    const Id id = make(store(), Kind::camera, cameras, name);
-    if (cameras.size() != before) register_camera_channels(id);
-    return cameras[id];
+    return cameras[make(store(), Kind::camera, cameras, name)];
+}
+
+void bury(Kind kind, Id id)
+{
+    Scene& in = store().scene;
+    const auto bury_in = [&](auto& things) {
+        things[id].alive = false;
+        in.names[index_of(kind)].erase(things[id].name, id);
+    };
+    switch (kind) {
+    case Kind::object: bury_in(in.objects); break;
+    case Kind::instance: bury_in(in.instances); break;
+    case Kind::surface: bury_in(in.surfaces); break;
+    case Kind::texture: bury_in(in.textures); break;
+    case Kind::light: bury_in(in.lights); break;
+    case Kind::camera: bury_in(in.cameras); break;
+    case Kind::none: return;
+    }
+    in.removed[index_of(kind)].push_back(id);
+    touch();
 }
 
 bool expect_name(Kind kind, const char* name, Function function)
@@ -176,68 +192,6 @@ Id find_or_report(Kind kind, const char* name, Function function)
     const Id id = name ? scene().find(kind, name) : no_id;
     if (id == no_id) report(4, "ERR_SCENE_UNKNOWN_NAME", function_name(function), {kind_name(kind), name ? name : ""});
     return id;
-}
-
-namespace {
-
-// Everything of a child list goes under "world".
-void hang_under_world(const ChildList& children)
-{
-    while (children.first != no_id) attach(children.first, Kind::instance, world, "world");
-}
-
-template <class Thing>
-void bury(Kind kind, Id id, Thing& thing)
-{
-    thing.alive = false;
-    store().scene.names[index_of(kind)].erase(thing.name, id);
-}
-
-} // namespace
-
-void remove_thing(Kind kind, Id id, Function function)
-{
-    Store& in = store();
-    switch (kind) {
-    case Kind::none: return;
-    case Kind::object: {
-        Object& object = in.scene.objects[id];
-        hang_under_world(object.children);
-        while (in.first_instance[id] != no_id) set_object(in.first_instance[id], no_id);
-        object.primitives = {};
-        if (in.open_object == id) in.open_object = no_id;
-        bury(kind, id, object);
-        break;
-    }
-    case Kind::instance: {
-        Instance& instance = in.scene.instances[id];
-        if (id == world) {
-            report(4, "ERR_SCENE_FIXED", function_name(function), {instance.name});
-            return;
-        }
-        hang_under_world(instance.children);
-        detach(id);
-        set_object(id, no_id);
-        drop_channels(id);
-        bury(kind, id, instance);
-        break;
-    }
-    case Kind::surface: bury(kind, id, in.scene.surfaces[id]); break;
-    case Kind::texture: bury(kind, id, in.scene.textures[id]); break;
-    case Kind::light:
-        if (id == 0) {
-            report(4, "ERR_SCENE_FIXED", function_name(function), {in.scene.lights[id].name});
-            return;
-        }
-        bury(kind, id, in.scene.lights[id]);
-        break;
-    case Kind::camera:
-        forget_camera_channels(id);
-        bury(kind, id, in.scene.cameras[id]);
-        break;
-    }
-    in.scene.removed[index_of(kind)].push_back(id);
-    touch();
 }
 
 } // namespace tv

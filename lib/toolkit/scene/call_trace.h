@@ -7,7 +7,7 @@
 
 namespace tv {
 
-// Behind the function's name and its fixed arguments: all items, as they stand behind the call.
+// After the function's name and its fixed arguments: all items, as they stand after the call.
 void trace_items(const WordList& list);
 
 struct TokenArgument {

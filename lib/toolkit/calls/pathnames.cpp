@@ -1,12 +1,10 @@
-#include "lib/toolkit/pathnames.h"
-
+// Path names as text: nothing here looks at a disk.
 #include <algorithm>
 #include <cstring>
 
+#include "lib/platform/text.h"
 #include "lib/toolkit/vc4_tv.h"
 #include "lib/toolkit/words/trace.h"
-
-namespace tv {
 
 namespace {
 
@@ -21,35 +19,13 @@ constexpr ImageType image_types[] = {
 
 int32_t image_type(std::string_view name)
 {
-    const std::string_view extension = extension_of(name);
+    const std::string_view extension = platform::extension_of(name);
     for (const ImageType& row : image_types)
-        if (same_letters(extension, row.extension)) return row.type;
+        if (platform::equal_in_any_case(extension, row.extension)) return row.type;
     return 0;
 }
 
 } // namespace
-
-std::string_view base_name(std::string_view path)
-{
-    const std::size_t end = path.find_last_of("/\\:");
-    return end == std::string_view::npos ? path : path.substr(end + 1);
-}
-
-std::string_view extension_of(std::string_view path)
-{
-    const std::string_view base = base_name(path);
-    const std::size_t dot = base.rfind('.');
-    return dot == std::string_view::npos || dot == 0 ? std::string_view() : base.substr(dot + 1);
-}
-
-bool same_letters(std::string_view text, std::string_view lower)
-{
-    return std::equal(text.begin(), text.end(), lower.begin(), lower.end(), [](char a, char b) {
-        return (a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a) == b;
-    });
-}
-
-} // namespace tv
 
 extern "C" {
 
@@ -60,9 +36,8 @@ void Tv_Convert_Pathname(char* path)
     std::replace(path, path + std::strlen(path), '/', '\\');
 #else
     // A drive letter is the root here.
-    const bool drive = ((path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z')) && path[1] == ':' &&
-                       (path[2] == '\\' || path[2] == '/');
-    if (drive) std::memmove(path, path + 2, std::strlen(path + 2) + 1);
+    if (platform::has_drive(path) && platform::is_separator(path[2]))
+        std::memmove(path, path + 2, std::strlen(path + 2) + 1);
     std::replace(path, path + std::strlen(path), '\\', '/');
 #endif
 }
@@ -70,14 +45,14 @@ void Tv_Convert_Pathname(char* path)
 void Tv_ExtractBaseFileName(const char* path, char* base, int32_t)
 {
     constexpr std::size_t base_size = 256; // with its end
-    const std::string_view name = tv::base_name(path ? path : "").substr(0, base_size - 1);
+    const std::string_view name = platform::last_element(path ? path : "").substr(0, base_size - 1);
     std::memmove(base, name.data(), name.size());
     base[name.size()] = 0;
 }
 
 int32_t Tv_Determine_Image_File_Type(const char* name, int32_t* type)
 {
-    const int32_t found = tv::image_type(name ? name : "");
+    const int32_t found = image_type(name ? name : "");
     if (type) *type = found;
     if (tv::trace_enabled()) {
         tv::trace_begin("Tv_Determine_Image_File_Type");

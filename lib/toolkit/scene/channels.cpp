@@ -1,4 +1,4 @@
-#include "lib/toolkit/animation/channels.h"
+#include "lib/toolkit/scene/channels.h"
 
 #include <memory>
 

@@ -1,4 +1,4 @@
-// Small matrices and vectors. Row vectors stand on the left: a point p goes to p * M, the translation is row 3.
+// Products of matrices. Row vectors stand on the left: a point p goes to p * M, the translation is row 3.
 #pragma once
 #include <array>
 

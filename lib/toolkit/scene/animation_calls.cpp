@@ -5,8 +5,9 @@
 #include <string>
 
 #include "lib/toolkit/report.h"
+#include "lib/toolkit/scene/call_trace.h"
+#include "lib/toolkit/scene/channels.h"
 #include "lib/toolkit/scene/scene_store.h"
-#include "lib/toolkit/words/trace_items.h"
 
 using namespace tv;
 
