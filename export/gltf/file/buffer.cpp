@@ -46,11 +46,19 @@ uint32_t Buffer::append(Stretch stretch, Element element, const void* data, std:
     accessor.element = element;
     accessor.offset = blocks.size;
     accessor.count = count;
+    places_.push_back({blocks.list.size() - 1, blocks.list.back().size(), bytes});
     const auto* const from = static_cast<const unsigned char*>(data);
     blocks.list.back().insert(blocks.list.back().end(), from, from + bytes);
     blocks.size += bytes;
     accessors_.push_back(accessor);
     return static_cast<uint32_t>(accessors_.size() - 1);
+}
+
+std::span<const unsigned char> Buffer::bytes(uint32_t accessor) const
+{
+    const Place& place = places_.at(accessor);
+    const Blocks& blocks = stretches_[static_cast<std::size_t>(accessors_[accessor].stretch)];
+    return std::span(blocks.list[place.block]).subspan(place.offset, place.size);
 }
 
 uint32_t Buffer::add(Stretch stretch, Element element, std::span<const float> values, bool bounds)

@@ -41,6 +41,8 @@ public:
 
     const std::vector<Accessor>& accessors() const { return accessors_; }
     const std::vector<std::shared_ptr<const EncodedImage>>& images() const { return images_; }
+    // An accessor's elements as they will stand in the file, aligned for its components. Good until the buffer goes.
+    std::span<const unsigned char> bytes(uint32_t accessor) const;
     uint64_t stretch_size(Stretch stretch) const { return stretches_[static_cast<std::size_t>(stretch)].size; }
     uint64_t size(bool with_images) const; // of what write() hands out
     // Hands out the bytes of the stretches in order, then those of the images, each padded to a multiple of 4.
@@ -51,11 +53,15 @@ private:
         std::vector<std::vector<unsigned char>> list; // blocks of their own, so that growing copies nothing
         uint64_t size = 0;
     };
+    struct Place {
+        std::size_t block, offset, size; // bytes of one block of its stretch
+    };
     uint32_t append(Stretch stretch, Element element, const void* data, std::size_t bytes, std::size_t count);
     void claim(uint64_t bytes);
 
     std::array<Blocks, stretch_count> stretches_;
     std::vector<Accessor> accessors_;
+    std::vector<Place> places_; // of each accessor
     std::vector<std::shared_ptr<const EncodedImage>> images_;
     uint64_t total_ = 0;
 };
