@@ -1,7 +1,8 @@
 # Sourced by lwimport.sh and check.sh: Debian packages by purpose, and the function that installs the missing ones.
 
 build_packages="build-essential cmake ninja-build ccache pkg-config libcli11-dev nlohmann-json3-dev libglm-dev
-    libglu1-mesa-dev libpng-dev zlib1g-dev libavcodec-dev libavformat-dev libavutil-dev libswscale-dev libnewt-dev"
+    libglu1-mesa-dev libpng-dev zlib1g-dev libavcodec-dev libavformat-dev libavutil-dev libswscale-dev libnewt-dev
+    libembree-dev libjpeg62-turbo-dev"
 windows_packages="cmake ninja-build ccache g++-mingw-w64-x86-64-posix libz-mingw-w64-dev libcli11-dev
     nlohmann-json3-dev libglm-dev libstb-dev zip ffmpeg"
 test_packages="libgtest-dev libgmock-dev locales clang-format-14 tmux"
