@@ -9,6 +9,7 @@
 #include "export/gltf/scene/camera.h"
 #include "export/gltf/scene/lights.h"
 #include "export/gltf/scene/nodes.h"
+#include "export/gltf/scene/visibility.h"
 #include "lib/platform/atomic_file.h"
 #include "lib/platform/text.h"
 
@@ -38,7 +39,8 @@ void fill_tables(const tv::Scene& scene, const Options& options, Tables& tables,
 
     Animator animator(scene, options, tables, report);
     MaterialMaker materials(scene, options, tables, report);
-    const std::vector<tv::Placement> places = all_places(animator.start_time());
+    Stage stage(scene, animator);
+    const std::vector<tv::Placement> places = all_places(scene, animator.start_time(), stage);
     std::size_t places_done = 0;
     const auto poll = [&] {
         if (options.progress && options.progress(places_done, places.size())) throw Stopped{};
@@ -48,12 +50,17 @@ void fill_tables(const tv::Scene& scene, const Options& options, Tables& tables,
         poll();
     };
     MeshMaker meshes(scene, options, materials, tables, report, poll);
-    make_nodes(scene, places, options.scale, animator, meshes, tables, report, progress);
+    const std::vector<uint32_t> holders =
+        make_nodes({scene, options.scale, animator, stage, meshes, tables, report}, places, progress);
     const Measure size = measure(scene, places);
-    make_lights(scene, options, size, tables, report);
-    make_cameras(scene, options, animator, tables);
+    const RigParts rigs{holders, options.scale, animator, stage, tables};
+    make_lights(scene, options, size, rigs, report);
+    make_cameras(scene, options, rigs);
     make_backdrop(scene, options, size, materials, tables, report);
+    for (const tv::Extra& extra : scene.extras) tables.scene_extras[extra.name] = extra.values;
+    animate_fading(scene, materials.faders(), animator, tables);
     meshes.finish();
+    materials.finish();
     animator.finish();
     progress(places.size());
 

@@ -17,19 +17,32 @@ constexpr double units_per_second = tv::time_units_per_second;
 // a thousandth.
 constexpr double rotation_tolerance = 0.002 * tv::radians_per_degree; // radians
 constexpr double still_rotation = 1e-6;                               // radians: turns below this are none
-constexpr std::size_t track_knots = 100000;                           // a channel's, beyond its own
-constexpr std::size_t all_knots = 20000000;                           // the file's, beyond the scene's own
+// Between two samples the shortest arc stays nearer than 0.05 degrees: tested at three places, with room for the others.
+constexpr double fine_rotation = 0.03 * tv::radians_per_degree; // radians
+constexpr double widest_step = 1.7;                             // radians of Euler angles between two samples
+constexpr double value_tolerance = 1e-3;                        // of a value's range
+constexpr std::size_t track_knots = 100000;                     // a channel's, beyond its own
+constexpr std::size_t all_knots = 20000000;                     // the file's, beyond the scene's own
 
 } // namespace
 
 Animator::Animator(const tv::Scene& scene, const Options& options, Tables& tables, Report& report)
     : scene_(scene), tables_(tables), report_(report), scale_(options.scale), still_(options.frame.has_value()),
-      budget_(all_knots)
+      frame_rate_(scene.clip ? std::clamp(scene.clip->rate, 1e-3, 4800.0)
+                             : std::clamp(scene.time_line.frame_rate, 1, 4800)),
+      fine_rotations_(options.fine_rotations), budget_(all_knots)
 {
-    const double rate = std::max(1, scene.time_line.frame_rate);
-    start_time_ = still_ ? *options.frame * units_per_second / rate : scene.time_line.start;
-    limits_.start = still_ ? start_time_ : scene.time_line.start;
-    limits_.end = still_ ? start_time_ : std::max(scene.time_line.start, scene.time_line.end);
+    const double rate = scene.clip ? frame_rate_ : std::max(1, scene.time_line.frame_rate);
+    const double start = scene.clip ? scene.clip->first_frame * units_per_second / rate : scene.time_line.start;
+    const double end = scene.clip ? scene.clip->last_frame * units_per_second / rate : scene.time_line.end;
+    start_time_ = still_ ? *options.frame * units_per_second / rate : start;
+    limits_.start = still_ ? start_time_ : start;
+    limits_.end = still_ ? start_time_ : std::max(start, end);
+    clip_ = {limits_.start, limits_.end, 0};
+    if (scene.clip) {
+        first_time_ = limits_.start;
+        return;
+    }
 
     double first = limits_.start;
     const auto look_at = [&](const tv::Channel& channel) {
@@ -50,13 +63,14 @@ Animator::Animator(const tv::Scene& scene, const Options& options, Tables& table
 
 double Animator::frame() const
 {
-    return units_per_second / std::clamp(scene_.time_line.frame_rate, 1, tv::time_units_per_second);
+    return units_per_second / frame_rate_;
 }
 
 Track Animator::track(const tv::Channel& channel, double fallback)
 {
     limits_.knots = std::min(track_knots, budget_);
     Track result = make_track(channel, fallback, limits_, faults_);
+    if (scene_.clip && !still_ && result.size() > 1) result = crop(result, limits_.start, limits_.end);
     if (result.size() > channel.keys.size()) budget_ -= std::min(budget_, result.size() - channel.keys.size());
     return result;
 }
@@ -64,6 +78,11 @@ Track Animator::track(const tv::Channel& channel, double fallback)
 std::array<Track, 3> Animator::tracks(const std::array<tv::Channel, 3>& channels, double fallback)
 {
     return {track(channels[0], fallback), track(channels[1], fallback), track(channels[2], fallback)};
+}
+
+glm::dquat rotation_at(std::span<const Track, 3> angles, double time)
+{
+    return euler_rotation(value_at(angles[0], time), value_at(angles[1], time), value_at(angles[2], time));
 }
 
 const Motion& Animator::motion(tv::Id id)
@@ -74,9 +93,7 @@ const Motion& Animator::motion(tv::Id id)
     const tv::InstanceChannels& channels = *scene_.instances[id].channels;
     const std::array<Track, 3> position = tracks(channels.position, 0), scale = tracks(channels.scale, 1),
                                angle = tracks(channels.rotation, 0);
-    const auto rotation = [&](double time) {
-        return euler_rotation(value_at(angle[0], time), value_at(angle[1], time), value_at(angle[2], time));
-    };
+    const auto rotation = [&](double time) { return rotation_at(angle, time); };
     for (int i = 0; i < 3; ++i) {
         const auto k = static_cast<std::size_t>(i);
         motion.start.translation[i] = value_at(position[k], start_time_) * scale_;
@@ -85,7 +102,7 @@ const Motion& Animator::motion(tv::Id id)
     motion.start.rotation = rotation(start_time_);
     motion.translation = spline_sampler(position, scale_);
     motion.scale = spline_sampler(scale, 1);
-    motion.rotation = rotation_sampler(angle, rotation);
+    motion.rotation = rotation_sampler({angle, rotation, angle});
     return motion;
 }
 
@@ -124,7 +141,7 @@ uint32_t Animator::spline_sampler(const std::array<Track, 3>& tracks, double fac
         for (const Track& track : tracks) values.push_back(file_float(value_at(track, keys[i].of) * factor));
         for (const Track& track : tracks) values.push_back(file_float(slope_at(track, keys[i].of, true) * out));
     }
-    AnimationSampler sampler;
+    AnimationSampler sampler; // three values a key: add_sampler has one
     sampler.cubic = true;
     sampler.input = input(seconds(keys));
     sampler.output = tables_.buffer.add(Stretch::keys, Element::vec3, values, false);
@@ -144,17 +161,74 @@ double Animator::frame_step(const Span& span)
     return step * std::ceil(wanted / allowed);
 }
 
-uint32_t Animator::rotation_sampler(std::span<const Track> tracks,
-                                    const std::function<glm::dquat(double time)>& rotation)
+uint32_t Animator::add_sampler(const std::vector<float>& times, Element element, const std::vector<float>& values)
 {
-    const Span span = span_of(tracks);
+    AnimationSampler sampler;
+    sampler.input = input(times);
+    sampler.output = tables_.buffer.add(Stretch::keys, element, values, false);
+    tables_.animation.samplers.push_back(sampler);
+    return static_cast<uint32_t>(tables_.animation.samplers.size() - 1);
+}
+
+// Puts moments between two where a reader that goes straight from one to the other would be too far off, by halves.
+void Animator::refine(std::vector<Moment>& moments, const std::function<bool(double from, double to)>& too_far)
+{
+    constexpr int deepest = 12; // halvings
+    struct Part {
+        double from, to;
+        int depth;
+    };
+    std::vector<Moment> refined;
+    refined.reserve(moments.size());
+    std::vector<Part> parts;
+    for (std::size_t i = 0; i < moments.size(); ++i) {
+        refined.push_back(moments[i]);
+        if (i + 1 == moments.size() || moments[i + 1].flat || moments[i].time != moments[i].of) continue;
+        parts.assign(1, {moments[i].time, moments[i + 1].time, 0});
+        while (!parts.empty()) {
+            const Part part = parts.back();
+            parts.pop_back();
+            const double middle = (part.from + part.to) / 2;
+            const bool split = part.depth < deepest && budget_ > 0 && part.to - part.from > 4 * jump_length &&
+                               too_far(part.from, part.to);
+            if (split) {
+                --budget_;
+                parts.push_back({middle, part.to, part.depth + 1});
+                parts.push_back({part.from, middle, part.depth + 1});
+            } else if (part.to != moments[i + 1].time) {
+                refined.push_back({part.to, part.to, false});
+            }
+        }
+    }
+    moments = std::move(refined);
+}
+
+uint32_t Animator::rotation_sampler(const Turning& turning)
+{
+    const Span span = span_of(turning.tracks);
     if (still_ || span.knots == 0) return none;
-    const std::vector<Moment> keys = moments(tracks, frame_step(span));
+    std::vector<Moment> keys = moments(turning.tracks, frame_step(span));
+    if (fine_rotations_ && !turning.rising) {
+        refine(keys, [&](double from, double to) {
+            const glm::dquat first = turning.at(from), last = turning.at(to);
+            double travel = 0; // of the Euler angles: a turn of more than half a circle looks like a short one
+            double before = from;
+            for (int i = 1; i <= 4; ++i) {
+                const double share = i / 4.0, time = from + (to - from) * share;
+                if (i < 4 && angle_between(glm::slerp(first, last, share), turning.at(time)) > fine_rotation)
+                    return true;
+                for (const Track& angle : turning.angles)
+                    travel += std::abs(value_at(angle, time) - value_at(angle, before));
+                before = time;
+            }
+            return travel > widest_step;
+        });
+    }
     std::vector<glm::dquat> rotations;
     rotations.reserve(keys.size());
     double widest = 0;
     for (const Moment& key : keys) {
-        rotations.push_back(rotation(key.of));
+        rotations.push_back(turning.at(key.of));
         widest = std::max(widest, angle_between(rotations.front(), rotations.back()));
     }
     if (widest < still_rotation) return none;
@@ -170,29 +244,115 @@ uint32_t Animator::rotation_sampler(std::span<const Track> tracks,
         kept_times.push_back(times[i]);
         for (const double part : {q.x, q.y, q.z, q.w}) values.push_back(file_float(part));
     }
-    AnimationSampler sampler;
-    sampler.input = input(kept_times);
-    sampler.output = tables_.buffer.add(Stretch::keys, Element::vec4, values, false);
-    tables_.animation.samplers.push_back(sampler);
-    return static_cast<uint32_t>(tables_.animation.samplers.size() - 1);
+    return add_sampler(kept_times, Element::vec4, values);
+}
+
+uint32_t Animator::value_sampler(std::span<const Track> tracks, Element element,
+                                 const std::function<void(double time, std::span<double> out)>& values)
+{
+    const Span span = span_of(tracks);
+    if (still_ || span.knots == 0) return none;
+    const std::size_t parts = static_cast<std::size_t>(element) + 1;
+    using Parts = std::array<double, 4>;
+    const auto at = [&](double time) {
+        Parts out{};
+        values(time, std::span(out).first(parts));
+        return out;
+    };
+    std::vector<Moment> keys = moments(tracks, frame_step(span));
+    double low = HUGE_VAL, high = -HUGE_VAL;
+    for (const Moment& key : keys) {
+        const Parts value = at(key.of);
+        for (std::size_t i = 0; i < parts; ++i) {
+            low = std::min(low, value[i]);
+            high = std::max(high, value[i]);
+        }
+    }
+    if (!(high > low) && parts == 1) return none;
+    const double tolerance = value_tolerance * std::max(high - low, 1e-6 * std::abs(high));
+    const auto off_line = [&](const Parts& from, const Parts& to, double share, const Parts& value) {
+        for (std::size_t i = 0; i < parts; ++i)
+            if (std::abs(from[i] + (to[i] - from[i]) * share - value[i]) > tolerance) return true;
+        return false;
+    };
+    refine(keys, [&](double from, double to) {
+        const Parts first = at(from), last = at(to);
+        for (const double share : {0.25, 0.5, 0.75})
+            if (off_line(first, last, share, at(from + (to - from) * share))) return true;
+        return false;
+    });
+    const std::vector<float> times = seconds(keys);
+    std::vector<float> kept_times, numbers;
+    bool constant = true;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        const Parts value = at(keys[i].of);
+        constant = constant && value == at(keys.front().of);
+        kept_times.push_back(times[i]);
+        for (std::size_t k = 0; k < parts; ++k) numbers.push_back(file_float(value[k]));
+    }
+    return constant ? none : add_sampler(kept_times, element, numbers);
+}
+
+uint32_t Animator::step_sampler(std::span<const Track> tracks, Element element,
+                                const std::function<bool(double time)>& value)
+{
+    const Span span = span_of(tracks);
+    if (still_ || span.knots == 0) return none;
+    const std::vector<Moment> keys = moments(tracks, frame_step(span));
+    const std::vector<float> times = seconds(keys);
+    const std::size_t parts = static_cast<std::size_t>(element) + 1;
+    std::vector<float> kept_times, numbers;
+    bool last = false, constant = true;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        // It holds until the next one: there already, where it begins on the way.
+        const bool on_the_way = i + 1 < keys.size() && value((keys[i].time + keys[i + 1].time) / 2);
+        const bool now = value(keys[i].of) || on_the_way;
+        const bool change = i == 0 || now != last;
+        constant = constant && (i == 0 || !change);
+        last = now;
+        if (!change && i + 1 != keys.size()) continue;
+        kept_times.push_back(times[i]);
+        numbers.insert(numbers.end(), parts, now ? 1.0f : 0.0f);
+    }
+    if (constant) return none;
+    const uint32_t sampler = add_sampler(kept_times, element, numbers);
+    tables_.animation.samplers[sampler].step = true;
+    return sampler;
 }
 
 void Animator::add_channel(AnimationChannel::Path path, uint32_t sampler, uint32_t node)
 {
-    if (sampler != none) tables_.animation.channels.push_back({path, sampler, node});
+    if (sampler != none) tables_.animation.channels.push_back({path, sampler, node, {}});
+}
+
+void Animator::add_pointer(std::string pointer, uint32_t sampler)
+{
+    if (sampler != none)
+        tables_.animation.channels.push_back({AnimationChannel::Path::pointer, sampler, none, std::move(pointer)});
 }
 
 void Animator::finish()
 {
-    const tv::TimeLine& line = scene_.time_line;
-    const double rate = std::max(1, line.frame_rate);
-    Json range = {{"startFrame", line.start * rate / units_per_second},
-                  {"endFrame", line.end * rate / units_per_second},
-                  {"frameRate", line.frame_rate},
-                  {"start", (line.start - first_time_) / units_per_second},
-                  {"end", (line.end - first_time_) / units_per_second}};
-    // Frame 0 stands at this second: glTF's time can't go below 0, so everything was moved where keys did.
-    if (first_time_ < 0) range["frameZero"] = -first_time_ / units_per_second;
+    Json range = Json::object();
+    if (const auto& clip = scene_.clip) {
+        const double rate = frame_rate_;
+        range = {{"startFrame", clip->first_frame},
+                 {"endFrame", clip->last_frame},
+                 {"frameRate", clip->rate},
+                 {"start", 0.0},
+                 {"end", std::max(clip->last_frame - clip->first_frame, 0.0) / rate},
+                 {"frameZero", -clip->first_frame / rate + 0.0}};
+    } else {
+        const tv::TimeLine& line = scene_.time_line;
+        const double rate = std::max(1, line.frame_rate);
+        range = {{"startFrame", line.start * rate / units_per_second},
+                 {"endFrame", line.end * rate / units_per_second},
+                 {"frameRate", line.frame_rate},
+                 {"start", (line.start - first_time_) / units_per_second},
+                 {"end", (line.end - first_time_) / units_per_second}};
+        // Frame 0 stands at this second: glTF's time can't go below 0, so everything was moved where keys did.
+        if (first_time_ < 0) range["frameZero"] = -first_time_ / units_per_second;
+    }
     tables_.scene_extras["timeLine"] = range;
     if (!tables_.animation.channels.empty()) tables_.animation.extras["timeLine"] = std::move(range);
 

@@ -30,6 +30,11 @@ Track own_knots(const std::vector<tv::Key>& keys, TrackFaults& faults)
             ++faults.not_finite;
         }
     }
+    for (std::size_t i = 1; i < keys.size(); ++i) {
+        if (!keys[i].linear) continue;
+        Knot &from = track[i - 1], &to = track[i];
+        from.slope_out = to.slope_in = (to.value_in - from.value_out) / (to.time - from.time);
+    }
     return track;
 }
 
@@ -154,6 +159,29 @@ double slope_at(const Track& track, double time, bool behind)
     const Piece piece(*(next - 1), *next);
     const double s = (time - (next - 1)->time) / piece.length;
     return (piece.a + s * (2 * piece.square + 3 * s * piece.cube)) / piece.length;
+}
+
+Track crop(const Track& track, double start, double end)
+{
+    if (!(end > start)) return {Knot{start, value_at(track, start), value_at(track, start), 0, 0, false}};
+    const auto at = [&](double time) {
+        const auto knot = next_knot(track, time, false);
+        if (knot != track.end() && knot->time == time) return *knot;
+        const double value = value_at(track, time);
+        return Knot{time, value, value, slope_at(track, time, false), slope_at(track, time, true), false};
+    };
+    Track out = {at(start)};
+    Knot& first = out.front();
+    if (!first.late) first.value_in = first.value_out; // what jumps at the start has jumped
+    first.slope_in = 0;
+    for (const Knot& knot : track)
+        if (knot.time > start && knot.time < end) out.push_back(knot);
+    out.push_back(at(end));
+    Knot& last = out.back();
+    if (last.late) last.value_out = last.value_in; // what jumps behind the end doesn't
+    last.late = false;
+    last.slope_out = 0;
+    return out;
 }
 
 bool is_constant(const Track& track)

@@ -40,6 +40,9 @@ double value_at(const Track& track, double time);
 // The slope of the piece that ends at `time`, or with `behind` of the one that starts there.
 double slope_at(const Track& track, double time, bool behind);
 
+// The same between two times, with a knot at each of them; a single knot where end isn't above start.
+Track crop(const Track& track, double start, double end);
+
 // One value throughout, however many knots.
 bool is_constant(const Track& track);
 

@@ -61,6 +61,7 @@ Measure measure(const tv::Scene& scene, const std::vector<tv::Placement>& places
         all.add(placed.lower);
         all.add(placed.upper);
         result.centers.push_back((placed.lower + placed.upper) * 0.5);
+        result.sizes.push_back((placed.upper - placed.lower) * 0.5);
     }
     result.empty = all.empty();
     if (!result.empty) {
@@ -79,6 +80,17 @@ double usual_distance(const Measure& measure, const glm::dvec3& from, double oth
     const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
     std::nth_element(distances.begin(), middle, distances.end());
     return std::isfinite(*middle) ? *middle : otherwise;
+}
+
+double middle_distance(const Measure& measure, const glm::dvec3& from, double range, double otherwise)
+{
+    Box within;
+    for (std::size_t i = 0; i < measure.centers.size(); ++i) {
+        if (!(glm::distance(measure.centers[i], from) <= range)) continue;
+        within.add(measure.centers[i] - measure.sizes[i]);
+        within.add(measure.centers[i] + measure.sizes[i]);
+    }
+    return within.empty() ? otherwise : glm::distance((within.lower + within.upper) * 0.5, from);
 }
 
 } // namespace gltf

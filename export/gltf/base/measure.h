@@ -8,7 +8,7 @@
 namespace gltf {
 
 struct Measure {
-    std::vector<glm::dvec3> centers; // of every placed object's box
+    std::vector<glm::dvec3> centers, sizes; // of every placed object's box: its middle, and half its extent each way
     glm::dvec3 lower{0, 0, 0}, upper{0, 0, 0};
     bool empty = true;
 
@@ -20,5 +20,9 @@ Measure measure(const tv::Scene& scene, const std::vector<tv::Placement>& places
 // The median of the distances from a point to the placed objects: what "about as far as the scene" means for a lamp,
 // also where one thing lies a thousand times farther away than all others. `otherwise` where nothing is placed.
 double usual_distance(const Measure& measure, const glm::dvec3& from, double otherwise);
+
+// From a point to the middle of the bounds of the placed objects whose own middle lies within `range` of it;
+// `otherwise` where there are none.
+double middle_distance(const Measure& measure, const glm::dvec3& from, double range, double otherwise);
 
 } // namespace gltf

@@ -36,7 +36,9 @@ Json node_json(const Node& node)
     if (node.scale != std::array<float, 3>{1, 1, 1}) object["scale"] = numbers(node.scale);
     if (node.mesh != none) object["mesh"] = node.mesh;
     if (node.camera != none) object["camera"] = node.camera;
+    if (!node.weights.empty()) object["weights"] = numbers(node.weights);
     if (node.light != none) object["extensions"]["KHR_lights_punctual"]["light"] = node.light;
+    if (!node.extras.empty()) object["extras"] = node.extras;
     return object;
 }
 
@@ -54,6 +56,7 @@ Json mesh_json(const Mesh& mesh)
         if (primitive.color != none) attributes["COLOR_0"] = primitive.color;
         Json entry = {{"attributes", std::move(attributes)}, {"indices", primitive.indices}};
         if (primitive.material != none) entry["material"] = primitive.material;
+        for (const uint32_t morphed : primitive.targets) entry["targets"].push_back({{"POSITION", morphed}});
         primitives.push_back(std::move(entry));
     }
     return object;
@@ -99,6 +102,7 @@ Json material_json(const Material& material)
     if (material.emissive_texture.texture != none) object["emissiveTexture"] = texture_info(material.emissive_texture);
     if (material.emissive != std::array<double, 3>{0, 0, 0}) object["emissiveFactor"] = numbers(material.emissive);
     if (material.blend) object["alphaMode"] = "BLEND";
+    if (material.double_sided) object["doubleSided"] = true;
     Json extensions = Json::object();
     if (material.unlit) extensions["KHR_materials_unlit"] = Json::object();
     if (material.emissive_strength != 1)
@@ -123,6 +127,7 @@ Json light_json(const Light& light)
     name_and_extras(object, light.name, light.extras);
     if (light.color != std::array<double, 3>{1, 1, 1}) object["color"] = numbers(light.color);
     if (light.intensity != 1) object["intensity"] = number(light.intensity);
+    if (light.range > 0) object["range"] = number(light.range);
     if (light.type == Light::Type::spot)
         object["spot"] = {{"innerConeAngle", number(light.inner_cone)}, {"outerConeAngle", number(light.outer_cone)}};
     return object;
@@ -149,19 +154,24 @@ Json camera_json(const Camera& camera)
 
 Json animation_json(const Animation& animation, const std::string& name)
 {
-    static constexpr const char* paths[] = {"translation", "rotation", "scale"};
+    static constexpr const char* paths[] = {"translation", "rotation", "scale", "weights", "pointer"};
     Json object = Json::object();
     name_and_extras(object, name, animation.extras);
     Json& samplers = object["samplers"] = Json::array();
     for (const AnimationSampler& sampler : animation.samplers) {
         Json entry = {{"input", sampler.input}, {"output", sampler.output}};
         if (sampler.cubic) entry["interpolation"] = "CUBICSPLINE";
+        if (sampler.step) entry["interpolation"] = "STEP";
         samplers.push_back(std::move(entry));
     }
     Json& channels = object["channels"] = Json::array();
-    for (const AnimationChannel& channel : animation.channels)
-        channels.push_back({{"sampler", channel.sampler},
-                            {"target", {{"node", channel.node}, {"path", paths[static_cast<int>(channel.path)]}}}});
+    for (const AnimationChannel& channel : animation.channels) {
+        Json target = Json::object();
+        if (channel.node != none) target["node"] = channel.node;
+        target["path"] = paths[static_cast<int>(channel.path)];
+        if (!channel.pointer.empty()) target["extensions"]["KHR_animation_pointer"]["pointer"] = channel.pointer;
+        channels.push_back({{"sampler", channel.sampler}, {"target", std::move(target)}});
+    }
     return object;
 }
 
@@ -236,7 +246,10 @@ Json extensions_used(const Tables& tables)
              {&material.base_texture, &material.emissive_texture, &material.normal_texture, &material.specular_texture})
             transform |= has_transform(*use);
     }
+    bool pointer = false;
+    for (const AnimationChannel& channel : tables.animation.channels) pointer |= !channel.pointer.empty();
     Json used = Json::array();
+    if (pointer) used.push_back("KHR_animation_pointer");
     if (!tables.lights.empty()) used.push_back("KHR_lights_punctual");
     if (strength) used.push_back("KHR_materials_emissive_strength");
     if (ior) used.push_back("KHR_materials_ior");

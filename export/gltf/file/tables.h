@@ -21,16 +21,19 @@ struct Node {
     std::array<float, 3> translation{0, 0, 0}, scale{1, 1, 1};
     std::array<float, 4> rotation{0, 0, 0, 1}; // x, y, z, w
     uint32_t mesh = none, camera = none, light = none;
+    std::vector<float> weights; // of the mesh's morph targets, instead of its own; empty: those
+    Json extras;
 };
 
 struct Primitive {
     uint32_t position = none, normal = none, uv = none, tangent = none, color = none, indices = none;
     uint32_t material = none;
+    std::vector<uint32_t> targets; // morph targets: what is added to each position
 };
 
 struct Mesh {
     std::string name;
-    std::vector<Primitive> primitives; // at least one
+    std::vector<Primitive> primitives; // at least one; all have as many morph targets
 };
 
 struct TextureUse {
@@ -48,7 +51,7 @@ struct Material {
     double ior = 1.5;
     double specular = 1;
     std::array<double, 3> specular_color{1, 1, 1}; // may go beyond 1
-    bool blend = false, unlit = false;
+    bool blend = false, unlit = false, double_sided = false;
     TextureUse base_texture, emissive_texture, normal_texture, specular_texture;
     Json extras;
 };
@@ -69,6 +72,7 @@ struct Light {
     std::array<double, 3> color{1, 1, 1};
     double intensity = 1; // lux for directional, else candela
     double inner_cone = 0, outer_cone = 0;
+    double range = 0; // where nothing is left of it; 0: it has none
     Json extras;
 };
 
@@ -83,12 +87,13 @@ struct Camera {
 
 struct AnimationSampler {
     uint32_t input = none, output = none;
-    bool cubic = false; // else linear
+    bool cubic = false, step = false; // else linear
 };
 
 struct AnimationChannel {
-    enum class Path : uint8_t { translation, rotation, scale } path = Path::translation;
-    uint32_t sampler = none, node = none;
+    enum class Path : uint8_t { translation, rotation, scale, weights, pointer } path = Path::translation;
+    uint32_t sampler = none, node = none; // no node with a pointer
+    std::string pointer;                  // KHR_animation_pointer's, a JSON pointer into the file
 };
 
 struct Animation {

@@ -14,6 +14,8 @@
 // Surfaces, 2007. glTF's roughness is the root of alpha.
 #include "export/gltf/material/material.h"
 
+#include "export/gltf/base/notes.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -103,7 +105,7 @@ Material plain_material(const tv::Surface& surface)
 }
 
 MaterialMaker::MaterialMaker(const tv::Scene& scene, const Options& options, Tables& tables, Report& report)
-    : scene_(scene), tables_(tables), textures_(scene, options, report)
+    : scene_(scene), tables_(tables), textures_(scene, options, report), report_(report)
 {
 }
 
@@ -188,17 +190,54 @@ Material MaterialMaker::make(const tv::Surface& surface, const SurfaceTextures& 
     return result;
 }
 
-MadeMaterial MaterialMaker::material(tv::Id id, const tv::TextureProjection* frame, bool inside)
+// Light from everywhere shows as light that the surface sends, in its own colour and picture.
+void MaterialMaker::add_ambient(Material& material, const tv::Surface& surface, const SurfaceTextures& textures)
+{
+    const tv::Ambient& ambient = *scene_.ambient;
+    if (textures.emissive) {
+        ++unlit_;
+        return;
+    }
+    const bool pictured = textures.base_color.has_value();
+    const bool own_color = !pictured || !textures.base_color_replaces;
+    const std::array<double, 3> color = own_color ? linear(surface.color) : std::array<double, 3>{1, 1, 1};
+    const bool whole = pictured && textures.diffuse_replaces; // the picture holds all of it
+    const std::array<double, 3> share =
+        whole ? std::array<double, 3>{1, 1, 1} : scaled(color, limited(surface.diffuse, 0, 1));
+    const std::array<double, 3> light = linear(ambient.color);
+    std::array<double, 3> sent{};
+    double strongest = 1;
+    for (std::size_t i = 0; i < 3; ++i) {
+        sent[i] = material.emissive[i] * material.emissive_strength + ambient.intensity * light[i] * share[i];
+        sent[i] = limited(sent[i], 0, strongest_emission);
+        strongest = std::max(strongest, sent[i]);
+    }
+    for (std::size_t i = 0; i < 3; ++i) material.emissive[i] = sent[i] / strongest;
+    material.emissive_strength = strongest;
+    if (pictured) material.emissive_texture = material.base_texture;
+}
+
+void MaterialMaker::finish()
+{
+    if (unlit_ != 0)
+        note(report_, Note::Level::info,
+             counted(unlit_, "surface") + " without ambient light: a picture says what they send");
+}
+
+MadeMaterial MaterialMaker::material(tv::Id id, const tv::TextureProjection* frame, bool inside, const Fading& fading)
 {
     const bool known = id < scene_.surfaces.size() && scene_.surfaces[id].alive;
     const SurfaceTextures* const textures = known ? &textures_.textures(id, frame, inside) : nullptr;
     // Where no image comes out of it, the frame makes no difference.
     const bool distinct = textures && (textures->any() || textures->environment);
-    const auto [entry, added] = made_.try_emplace({known ? id : tv::no_id, distinct ? textures : nullptr});
+    const auto [entry, added] = made_.try_emplace({known ? id : tv::no_id, distinct ? textures : nullptr, fading});
     if (!added) return entry->second;
     Material material;
     if (known) {
-        material = make(scene_.surfaces[id], *textures);
+        const tv::Surface& surface = scene_.surfaces[id];
+        material = make(surface, *textures);
+        material.double_sided = surface.double_sided;
+        if (scene_.ambient) add_ambient(material, surface, *textures);
         entry->second.textured = textures->any();
         entry->second.tangents = textures->normal.has_value();
     } else {
@@ -206,6 +245,11 @@ MadeMaterial MaterialMaker::material(tv::Id id, const tv::TextureProjection* fra
         material.base_color = {linear(0.8), linear(0.8), linear(0.8), 1};
     }
     entry->second.material = static_cast<uint32_t>(tables_.materials.size());
+    if (fading.fades != tv::no_id) faders_.push_back({entry->second.material, fading.fades, material.base_color[3]});
+    if (fading.opacity < 1 || fading.fades != tv::no_id) {
+        material.base_color[3] *= fading.opacity;
+        material.blend = true;
+    }
     tables_.materials.push_back(std::move(material));
     return entry->second;
 }

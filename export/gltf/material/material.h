@@ -1,7 +1,9 @@
 // Surfaces -> metallic-roughness materials.
 #pragma once
 #include <array>
+#include <compare>
 #include <map>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -19,19 +21,36 @@ struct MadeMaterial {
     bool tangents = false; // wants tangents: it has a normal map
 };
 
+// What an instance adds to a surface's material.
+struct Fading {
+    double opacity = 1;       // times the surface's own
+    tv::Id fades = tv::no_id; // the instance whose fading it follows: the material is of its own
+    auto operator<=>(const Fading&) const = default;
+};
+
 class MaterialMaker {
 public:
     MaterialMaker(const tv::Scene& scene, const Options& options, Tables& tables, Report& report);
 
     // One material a surface, or one for each way in which its textures come out. no_id: plain pale paint.
     // `inside`: all texture coordinates lie within 0..1.
-    MadeMaterial material(tv::Id surface, const tv::TextureProjection* frame, bool inside);
+    MadeMaterial material(tv::Id surface, const tv::TextureProjection* frame, bool inside, const Fading& fading = {});
+
+    // Materials that follow an instance's fading, with the opacity that they have where it has all of its own.
+    struct Fader {
+        uint32_t material = none;
+        tv::Id fades = tv::no_id;
+        double opacity = 1;
+    };
+    const std::vector<Fader>& faders() const { return faders_; }
 
     // The image's number in the file; the same image is embedded once.
     uint32_t image(const std::shared_ptr<const EncodedImage>& image);
     // A texture of an image, for the backdrop.
     uint32_t texture(const std::shared_ptr<const EncodedImage>& image, const Sampler& sampler);
     SurfaceTextureMaker& textures() { return textures_; }
+
+    void finish(); // after the last material: notes
 
 private:
     Material make(const tv::Surface& surface, const SurfaceTextures& textures);
@@ -40,7 +59,12 @@ private:
     const tv::Scene& scene_;
     Tables& tables_;
     SurfaceTextureMaker textures_;
-    std::map<std::pair<tv::Id, const SurfaceTextures*>, MadeMaterial> made_;
+    void add_ambient(Material& material, const tv::Surface& surface, const SurfaceTextures& textures);
+
+    std::map<std::tuple<tv::Id, const SurfaceTextures*, Fading>, MadeMaterial> made_;
+    std::vector<Fader> faders_;
+    std::size_t unlit_ = 0; // surfaces whose luminosity is a picture: ambient light finds no place beside it
+    Report& report_;
     std::unordered_map<const EncodedImage*, uint32_t> images_;
     std::map<std::pair<uint32_t, uint32_t>, uint32_t> texture_numbers_; // by image and sampler
 };

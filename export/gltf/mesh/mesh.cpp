@@ -24,6 +24,7 @@ struct MeshMaker::Group {
     bool inside = true; // all texture coordinates lie within 0..1
     VertexTable vertices;
     std::vector<uint32_t> indices;
+    std::vector<float> morph; // x, y, z a vertex: what full morph adds to its position; empty: no morph target
 };
 
 struct MeshMaker::Build {
@@ -38,6 +39,9 @@ struct MeshMaker::Build {
 
     // The polygon at work. Behind its corners stand the points that tessellation added.
     std::vector<glm::dvec3> points, normals;
+    std::vector<glm::dvec3> morph;      // of each point; empty: no morph target
+    std::vector<uint32_t> point_names;  // what keeps points apart that morph differently; beside `morph`
+    uint32_t points_named = 0;          // of the object's primitives so far, and of what tessellation added
     glm::dvec3 polygon_normal{0, 0, 0}; // unit
     Triangles triangles;
 };
@@ -81,6 +85,19 @@ void mix_added(const Triangles& triangles, std::vector<glm::dvec3>& points, std:
     }
 }
 
+// The same for how they morph; what was added is nobody else's point.
+void mix_added_morphs(const Triangles& triangles, std::vector<glm::dvec3>& morph, std::vector<uint32_t>& names,
+                      uint32_t& named)
+{
+    for (const Triangles::Added& added : triangles.added) {
+        glm::dvec3 mixed(0);
+        for (std::size_t i = 0; i < 4; ++i)
+            if (added.weight[i] != 0) mixed += added.weight[i] * morph[added.from[i]];
+        morph.push_back(mixed);
+        names.push_back(++named);
+    }
+}
+
 } // namespace
 
 MeshMaker::MeshMaker(const tv::Scene& scene, const Options& options, MaterialMaker& materials, Tables& tables,
@@ -106,7 +123,8 @@ const std::vector<tv::Id>& MeshMaker::surfaces_of(tv::Id id)
     return list;
 }
 
-uint32_t MeshMaker::mesh(tv::Id id, const tv::TextureProjection& projection, const std::array<double, 16>& world)
+uint32_t MeshMaker::mesh(tv::Id id, const tv::TextureProjection& projection, const std::array<double, 16>& world,
+                         const MeshLook& look)
 {
     if (id >= scene_.objects.size() || scene_.objects[id].primitives.empty()) return none;
     const std::vector<tv::Id>& surfaces = surfaces_of(id);
@@ -115,16 +133,19 @@ uint32_t MeshMaker::mesh(tv::Id id, const tv::TextureProjection& projection, con
     // What the mesh depends on, byte for byte.
     std::string key;
     append_bytes(key, id);
+    append_bytes(key, look.opacity);
+    append_bytes(key, look.fades);
     if (framed) {
         append_frame(key, projection);
         if (projection.world_space) append_bytes(key, world);
     }
     const auto [entry, added] = made_.try_emplace(std::move(key), none);
-    if (added) entry->second = build(id, framed ? &projection : nullptr, world);
+    if (added) entry->second = build(id, framed ? &projection : nullptr, world, look);
     return entry->second;
 }
 
-uint32_t MeshMaker::build(tv::Id id, const tv::TextureProjection* frame, const std::array<double, 16>& world)
+uint32_t MeshMaker::build(tv::Id id, const tv::TextureProjection* frame, const std::array<double, 16>& world,
+                          const MeshLook& look)
 {
     const tv::Object& object = scene_.objects[id];
     Build build;
@@ -142,24 +163,35 @@ uint32_t MeshMaker::build(tv::Id id, const tv::TextureProjection* frame, const s
     const bool first_time = counted_.insert(id).second;
     build.faults = first_time ? &faults_ : &repeated;
     const std::size_t faults_before = faults_.total(), tangled_before = faults_.tangled;
-    for (const tv::Primitive& primitive : object.primitives) add_primitive(primitive, build);
+    for (std::size_t i = 0; i < object.primitives.size(); ++i) add_primitive(i, build);
     Mesh mesh;
-    mesh.name = platform::latin1_to_utf8(object.name);
+    mesh.name = platform::latin1_to_utf8(object.shown_name.empty() ? object.name : object.shown_name);
     if (faults_before == 0 && faults_.total() != 0) faults_.first_object = mesh.name;
     if (tangled_before == 0 && faults_.tangled != 0) faults_.first_tangled_object = mesh.name;
     for (Group& group : build.groups) {
         if (group.indices.empty()) continue;
         report_.triangles += group.indices.size() / 3;
-        mesh.primitives.push_back(store(group, frame));
+        mesh.primitives.push_back(store(group, frame, look));
         group = {}; // its memory is not wanted any longer
     }
     if (mesh.primitives.empty()) return none;
+    // One primitive of the object without a target would leave the mesh without a sound number of them.
+    const bool all = std::all_of(mesh.primitives.begin(), mesh.primitives.end(),
+                                 [](const Primitive& primitive) { return !primitive.targets.empty(); });
+    if (!all)
+        for (Primitive& primitive : mesh.primitives) primitive.targets.clear();
     tables_.meshes.push_back(std::move(mesh));
     return static_cast<uint32_t>(tables_.meshes.size() - 1);
 }
 
-void MeshMaker::add_primitive(const tv::Primitive& primitive, Build& build)
+void MeshMaker::add_primitive(std::size_t number, Build& build)
 {
+    const tv::Primitive& primitive = build.object->primitives[number];
+    const bool morphs = number < build.object->morph_target.size() &&
+                        build.object->morph_target[number].size() == primitive.positions.size();
+    const std::vector<float>* const target = morphs ? &build.object->morph_target[number] : nullptr;
+    const uint32_t first_name = build.points_named + 1;
+    build.points_named += static_cast<uint32_t>(primitive.positions.size() / 3);
     const CleanPolygons polygons = clean_polygons(primitive, build.object->surface, scale_, *build.faults);
     const tv::PolygonView view = polygons.view();
     std::vector<float> smooth; // a normal a corner; empty: flat
@@ -191,9 +223,17 @@ void MeshMaker::add_primitive(const tv::Primitive& primitive, Build& build)
         build.polygon_normal = glm::normalize(glm::dvec3(newell[0], newell[1], newell[2]) / largest);
         build.points.clear();
         build.normals.clear();
+        build.morph.clear();
+        build.point_names.clear();
         for (std::size_t i = first; i < first + size; ++i) {
-            const float* const p = primitive.positions.data() + 3 * static_cast<std::size_t>(polygons.corners[i] - 1);
+            const auto point = static_cast<std::size_t>(polygons.corners[i] - 1);
+            const float* const p = primitive.positions.data() + 3 * point;
             build.points.emplace_back(p[0], p[1], p[2]);
+            if (target) {
+                const float* const to = target->data() + 3 * point;
+                build.morph.push_back(glm::dvec3(to[0], to[1], to[2]) - build.points.back());
+                build.point_names.push_back(first_name + static_cast<uint32_t>(point));
+            }
             if (smooth.empty())
                 build.normals.push_back(build.polygon_normal);
             else
@@ -212,6 +252,7 @@ void MeshMaker::add_primitive(const tv::Primitive& primitive, Build& build)
         }
         if (filling == Tessellator::Filling::fan) ++build.faults->tangled;
         mix_added(build.triangles, build.points, build.normals, build.polygon_normal);
+        if (target) mix_added_morphs(build.triangles, build.morph, build.point_names, build.points_named);
         add_triangles(build.groups[group], build);
     }
 }
@@ -235,12 +276,15 @@ void MeshMaker::add_triangles(Group& group, Build& build)
             vertex.position = floats_of(build.points[triangle[i]] * scale_);
             vertex.normal = floats_of(build.normals[triangle[i]]);
             vertex.uv = {file_float(uv[i].u), file_float(uv[i].v)};
-            vertex.mirrored = mirrored;
+            vertex.apart = mirrored ? 1 : 0;
+            if (!build.morph.empty()) vertex.apart |= build.point_names[triangle[i]] << 1;
             const auto number = group.vertices.add(vertex);
             if (!number)
                 throw std::runtime_error("object '" + platform::latin1_to_utf8(build.object->name) +
                                          "' has more vertices than a glTF mesh can hold; split it");
             numbers[i] = *number;
+            if (!build.morph.empty() && 3 * std::size_t{*number} == group.morph.size())
+                for (int k = 0; k < 3; ++k) group.morph.push_back(file_float(build.morph[triangle[i]][k] * scale_));
         }
         // Corners that fall together leave a triangle nobody sees.
         if (numbers[0] == numbers[1] || numbers[1] == numbers[2] || numbers[2] == numbers[0]) continue;
@@ -248,9 +292,10 @@ void MeshMaker::add_triangles(Group& group, Build& build)
     }
 }
 
-Primitive MeshMaker::store(Group& group, const tv::TextureProjection* frame)
+Primitive MeshMaker::store(Group& group, const tv::TextureProjection* frame, const MeshLook& look)
 {
-    const MadeMaterial made = materials_.material(group.surface, group.uv ? frame : nullptr, group.inside);
+    const MadeMaterial made =
+        materials_.material(group.surface, group.uv ? frame : nullptr, group.inside, {look.opacity, look.fades});
     Primitive result;
     result.material = made.material;
     const std::size_t count = group.vertices.size();
@@ -270,6 +315,8 @@ Primitive MeshMaker::store(Group& group, const tv::TextureProjection* frame)
             result.tangent =
                 tables_.buffer.add(Stretch::vec4, Element::vec4, vertex_tangents(group.vertices, group.indices), false);
     }
+    if (group.morph.size() == 3 * count)
+        result.targets.push_back(tables_.buffer.add(Stretch::vec3, Element::vec3, group.morph, true));
     result.indices = tables_.buffer.add_indices(group.indices);
     return result;
 }

@@ -17,6 +17,12 @@
 
 namespace gltf {
 
+// How an instance shows its object, beyond the surfaces' own.
+struct MeshLook {
+    double opacity = 1;       // above 0
+    tv::Id fades = tv::no_id; // the instance whose fading its materials follow: they are its own
+};
+
 class MeshMaker {
 public:
     // `poll` is called now and then, and throws to stop the work.
@@ -26,7 +32,8 @@ public:
     // The mesh of an object as an instance with this projection shows it, or `none` where there is nothing to draw.
     // `world` is the instance's placement in the scene's own units: a frame "in the world" lies on each placement in
     // another way, and then each gets a mesh of its own.
-    uint32_t mesh(tv::Id object, const tv::TextureProjection& projection, const std::array<double, 16>& world);
+    uint32_t mesh(tv::Id object, const tv::TextureProjection& projection, const std::array<double, 16>& world,
+                  const MeshLook& look = {});
 
     void finish(); // behind the last mesh: one note for all polygons left out, one for those too tangled
 
@@ -34,10 +41,11 @@ private:
     struct Group;
     struct Build;
     const std::vector<tv::Id>& surfaces_of(tv::Id object);
-    uint32_t build(tv::Id object, const tv::TextureProjection* frame, const std::array<double, 16>& world);
-    void add_primitive(const tv::Primitive& primitive, Build& build);
+    uint32_t build(tv::Id object, const tv::TextureProjection* frame, const std::array<double, 16>& world,
+                   const MeshLook& look);
+    void add_primitive(std::size_t number, Build& build);
     void add_triangles(Group& group, Build& build);
-    Primitive store(Group& group, const tv::TextureProjection* frame);
+    Primitive store(Group& group, const tv::TextureProjection* frame, const MeshLook& look);
 
     const tv::Scene& scene_;
     const double scale_;

@@ -25,7 +25,7 @@ std::vector<float> vertex_tangents(const VertexTable& vertices, std::span<const 
         const double v_ab = static_cast<double>(b.uv[1]) - static_cast<double>(a.uv[1]);
         const double v_ac = static_cast<double>(c.uv[1]) - static_cast<double>(a.uv[1]);
         // The direction in which u rises, times the area that the triangle has in the picture.
-        const glm::dvec3 along = (ab * v_ac - ac * v_ab) * (a.mirrored ? 1.0 : -1.0);
+        const glm::dvec3 along = (ab * v_ac - ac * v_ab) * (a.mirrored() ? 1.0 : -1.0);
         const double length = glm::length(along), area = glm::length(glm::cross(ab, ac));
         if (!(length > 0) || !std::isfinite(length)) continue;
         for (std::size_t k = 0; k < 3; ++k) sums[indices[i + k]] += along * (area / length);
@@ -39,7 +39,7 @@ std::vector<float> vertex_tangents(const VertexTable& vertices, std::span<const 
             tangent = glm::cross(normal, std::abs(normal.x) < 0.6 ? glm::dvec3(1, 0, 0) : glm::dvec3(0, 1, 0));
         tangent = glm::normalize(tangent);
         for (int k = 0; k < 3; ++k) result.push_back(static_cast<float>(tangent[k]));
-        result.push_back(vertices[i].mirrored ? -1.0f : 1.0f);
+        result.push_back(vertices[i].mirrored() ? -1.0f : 1.0f);
     }
     return result;
 }

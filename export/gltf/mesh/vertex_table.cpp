@@ -14,7 +14,7 @@ uint64_t mix(uint64_t hash, uint32_t bits)
 
 uint64_t hash_of(const Vertex& vertex)
 {
-    uint64_t hash = vertex.mirrored ? 1 : 0;
+    uint64_t hash = vertex.apart;
     for (const float part : vertex.position) hash = mix(hash, std::bit_cast<uint32_t>(part));
     for (const float part : vertex.normal) hash = mix(hash, std::bit_cast<uint32_t>(part));
     for (const float part : vertex.uv) hash = mix(hash, std::bit_cast<uint32_t>(part));

@@ -10,7 +10,10 @@ namespace gltf {
 struct Vertex {
     std::array<float, 3> position{}, normal{};
     std::array<float, 2> uv{};
-    bool mirrored = false; // the picture lies mirrored on the triangle: its tangent space can't be shared
+    // What keeps vertices apart that look the same: the lowest bit is set where the picture lies mirrored on the triangle,
+    // whose tangent space can't be shared; above it stands the point, from 1, where points move one by one.
+    uint32_t apart = 0;
+    bool mirrored() const { return apart & 1; }
     bool operator==(const Vertex&) const = default;
 };
 

@@ -33,6 +33,18 @@ bool has_keys(const tv::CameraChannels& channels)
            std::any_of(channels.look_at.begin(), channels.look_at.end(), keys) || keys(channels.roll);
 }
 
+double yfov_of(double half_height, double distance)
+{
+    const double yfov = 2 * std::atan2(half_height, distance);
+    return yfov > 1e-4 ? std::min(yfov, 3.1) : yfov > 0 ? 1e-4 : 0.6;
+}
+
+// Of a zoom factor: half the picture's height is 1 / zoom at the distance 1.
+double yfov_of_zoom(double zoom)
+{
+    return yfov_of(1, std::max(zoom, 1e-3));
+}
+
 } // namespace
 
 LookPath::LookPath(const tv::Camera& camera, Animator& animator)
@@ -78,64 +90,87 @@ glm::dquat LookPath::orientation(double time)
     return base * glm::angleAxis(angle, glm::dvec3(0, 0, 1));
 }
 
-void make_cameras(const tv::Scene& scene, const Options& options, Animator& animator, Tables& tables)
+namespace {
+
+// The camera itself, without its node.
+Camera make_lens(const tv::Camera& camera, const tv::Scene& scene, double unit)
+{
+    Camera result;
+    result.name = platform::latin1_to_utf8(camera.name);
+    result.perspective = camera.perspective;
+    const double width = std::abs(static_cast<double>(camera.window[0]));
+    const double height = std::abs(static_cast<double>(camera.window[1]));
+    const double focal = std::abs(static_cast<double>(camera.focal_length));
+    double aspect = scene.resolution[0] > 0 && scene.resolution[1] > 0
+                        ? static_cast<double>(scene.resolution[0]) / scene.resolution[1]
+                        : width / height;
+    if (!(aspect > 1e-3 && aspect < 1e3)) aspect = 1;
+    result.yfov = camera.zoom ? yfov_of_zoom(camera.zoom->rest) : yfov_of(height / 2, focal);
+    result.aspect = aspect;
+    result.ymag = file_float(height / 2 * unit) > 0 ? height / 2 * unit : unit;
+    result.xmag = result.ymag * aspect;
+    // Near enough for a close look, not so near that a depth buffer of 24 bits fails on the far side of the scene.
+    const double distance = glm::distance(vector_of(camera.look_from), vector_of(camera.look_at));
+    result.znear = std::clamp(std::isfinite(distance) ? distance / 1000 : 0.0, 0.004, 0.1) * unit;
+    if (!result.perspective) {
+        result.zfar = 10000 * unit + result.znear;
+        result.znear = 0;
+    }
+    return result;
+}
+
+uint32_t add_look_node(const tv::Camera& camera, const std::string& name, const RigParts& parts)
+{
+    Animator& animator = parts.animator;
+    Node node;
+    node.name = name;
+    const auto number = static_cast<uint32_t>(parts.tables.nodes.size());
+    LookPath path(camera, animator);
+    Placing placing;
+    placing.translation = value_of(path.from, animator.start_time()) * parts.scale;
+    // Walked in frames to where the still is, or the time line starts: see LookPath.
+    LookPath walk = path;
+    const std::array<Track, 7> all = {path.from[0], path.from[1], path.from[2], path.at[0],
+                                      path.at[1],   path.at[2],   path.roll};
+    const Span span = span_of(all);
+    const double begin = span.knots == 0 ? animator.start_time() : span.first;
+    const double step = std::max(animator.frame(), (animator.start_time() - begin) / static_cast<double>(most_steps));
+    for (double time = begin; time < animator.start_time(); time += step) walk.orientation(time);
+    placing.rotation = walk.orientation(animator.start_time());
+    place_node(node, placing);
+    animator.add_channel(AnimationChannel::Path::translation, animator.spline_sampler(path.from, parts.scale), number);
+    animator.add_channel(
+        AnimationChannel::Path::rotation,
+        animator.rotation_sampler({all, [&](double time) { return path.orientation(time); }, {}, true}), number);
+    parts.tables.roots.push_back(number);
+    parts.tables.nodes.push_back(std::move(node));
+    return number;
+}
+
+} // namespace
+
+void make_cameras(const tv::Scene& scene, const Options& options, const RigParts& parts)
 {
     std::vector<const tv::Camera*> cameras;
     for (const tv::Camera& camera : scene.cameras)
         if (camera.alive) cameras.push_back(&camera);
     std::stable_partition(cameras.begin(), cameras.end(), [](const tv::Camera* camera) { return camera->active; });
 
-    const double unit = options.scale;
     for (const tv::Camera* camera : cameras) {
-        Camera result;
-        result.name = platform::latin1_to_utf8(camera->name);
-        result.perspective = camera->perspective;
-        const double width = std::abs(static_cast<double>(camera->window[0]));
-        const double height = std::abs(static_cast<double>(camera->window[1]));
-        const double focal = std::abs(static_cast<double>(camera->focal_length));
-        double aspect = scene.resolution[0] > 0 && scene.resolution[1] > 0
-                            ? static_cast<double>(scene.resolution[0]) / scene.resolution[1]
-                            : width / height;
-        if (!(aspect > 1e-3 && aspect < 1e3)) aspect = 1;
-        const double yfov = 2 * std::atan2(height / 2, focal);
-        result.yfov = yfov > 1e-4 ? std::min(yfov, 3.1) : yfov > 0 ? 1e-4 : 0.6;
-        result.aspect = aspect;
-        result.ymag = file_float(height / 2 * unit) > 0 ? height / 2 * unit : unit;
-        result.xmag = result.ymag * aspect;
-        // Near enough for a close look, not so near that a depth buffer of 24 bits fails on the far side of the scene.
-        const double distance = glm::distance(vector_of(camera->look_from), vector_of(camera->look_at));
-        result.znear = std::clamp(std::isfinite(distance) ? distance / 1000 : 0.0, 0.004, 0.1) * unit;
-        if (!result.perspective) {
-            result.zfar = 10000 * unit + result.znear;
-            result.znear = 0;
-        }
+        Camera result = make_lens(*camera, scene, options.scale);
         if (camera->active && cameras.size() > 1) result.extras["active"] = true;
-
-        Node node;
-        node.name = result.name;
-        const auto number = static_cast<uint32_t>(tables.nodes.size());
-        LookPath path(*camera, animator);
-        Placing placing;
-        placing.translation = value_of(path.from, animator.start_time()) * unit;
-        // Walked in frames to where the still is, or the time line starts: see LookPath.
-        LookPath walk = path;
-        const std::array<Track, 7> all = {path.from[0], path.from[1], path.from[2], path.at[0],
-                                          path.at[1],   path.at[2],   path.roll};
-        const Span span = span_of(all);
-        const double begin = span.knots == 0 ? animator.start_time() : span.first;
-        const double step =
-            std::max(animator.frame(), (animator.start_time() - begin) / static_cast<double>(most_steps));
-        for (double time = begin; time < animator.start_time(); time += step) walk.orientation(time);
-        placing.rotation = walk.orientation(animator.start_time());
-        place_node(node, placing);
-        animator.add_channel(AnimationChannel::Path::translation, animator.spline_sampler(path.from, unit), number);
-        animator.add_channel(AnimationChannel::Path::rotation,
-                             animator.rotation_sampler(all, [&](double time) { return path.orientation(time); }),
-                             number);
-        node.camera = static_cast<uint32_t>(tables.cameras.size());
-        tables.roots.push_back(number);
-        tables.nodes.push_back(std::move(node));
-        tables.cameras.push_back(std::move(result));
+        const uint32_t node = camera->rig ? add_rig(parts.stage.mover(*camera->rig), result.name, parts)
+                                          : add_look_node(*camera, result.name, parts);
+        const auto number = static_cast<uint32_t>(parts.tables.cameras.size());
+        parts.tables.nodes[node].camera = number;
+        parts.tables.cameras.push_back(std::move(result));
+        if (!camera->zoom || !camera->perspective) continue;
+        const Track track = parts.animator.track(camera->zoom->channel, camera->zoom->rest);
+        parts.animator.add_pointer("/cameras/" + std::to_string(number) + "/perspective/yfov",
+                                   parts.animator.value_sampler(std::span(&track, 1), Element::scalar,
+                                                                [&](double time, std::span<double> out) {
+                                                                    out[0] = yfov_of_zoom(value_at(track, time));
+                                                                }));
     }
 }
 

@@ -3,12 +3,13 @@
 #include "export/gltf/animation/animation.h"
 #include "export/gltf/base/options.h"
 #include "export/gltf/file/tables.h"
+#include "export/gltf/scene/rig.h"
 #include "lib/toolkit/scene/scene.h"
 
 namespace gltf {
 
 // The active camera comes first.
-void make_cameras(const tv::Scene& scene, const Options& options, Animator& animator, Tables& tables);
+void make_cameras(const tv::Scene& scene, const Options& options, const RigParts& parts);
 
 // The orientation of a camera on its path: looking from one point to the other, turned about that line by the roll.
 // Asked at rising times, so that a path over the zenith doesn't turn the camera round.

@@ -1,9 +1,10 @@
-// Lights -> KHR_lights_punctual, each on a node of its own below the scene.
+// Lights -> KHR_lights_punctual, each on a node of its own.
 #pragma once
 #include "export/gltf/base/measure.h"
 #include "export/gltf/base/options.h"
 #include "export/gltf/base/report.h"
 #include "export/gltf/file/tables.h"
+#include "export/gltf/scene/rig.h"
 #include "lib/toolkit/scene/scene.h"
 #include "lib/toolkit/units.h"
 
@@ -14,7 +15,7 @@ namespace gltf {
 inline constexpr double lux_of_intensity = tv::pi;
 
 // The ambient light goes into the scene's extras.
-void make_lights(const tv::Scene& scene, const Options& options, const Measure& measure, Tables& tables,
+void make_lights(const tv::Scene& scene, const Options& options, const Measure& measure, const RigParts& parts,
                  Report& report);
 
 } // namespace gltf

@@ -32,6 +32,7 @@ double inside(const std::vector<Key>& keys, double time)
     if (behind == keys.end()) return value_of(keys.back());
     const std::size_t i = static_cast<std::size_t>(behind - keys.begin()) - 1;
     const double s = (time - static_cast<double>(keys[i].time)) / length(keys[i], keys[i + 1]);
+    if (keys[i + 1].linear) return value_of(keys[i]) + s * (value_of(keys[i + 1]) - value_of(keys[i]));
     const double s2 = s * s, s3 = s2 * s;
     return (2 * s3 - 3 * s2 + 1) * value_of(keys[i]) + (s3 - 2 * s2 + s) * tangents(keys, i).out +
            (3 * s2 - 2 * s3) * value_of(keys[i + 1]) + (s3 - s2) * tangents(keys, i + 1).in;
