@@ -1,4 +1,4 @@
-// The services' lines of the call trace, to the letter, and the channel tables.
+// What the services' calls leave out of the trace, and the channel tables.
 #include <fstream>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -35,69 +35,13 @@ protected:
         return out;
     }
 
-    const int32_t object = Tv_Inquire_Token("object"), instance = Tv_Inquire_Token("instance"),
-                  surface = Tv_Inquire_Token("surface");
+    const int32_t instance = Tv_Inquire_Token("instance");
 
 private:
     std::string path_;
 };
 
 using Lines = std::vector<std::string>;
-
-void printing_handler(Import_IO_Error_Record* record)
-{
-    Import_IO_printf("%s", record->message);
-}
-
-TEST_F(Trace, TheFrameOfARun)
-{
-    Import_IO_Abort_Record record{20, 12, 6766, 0, 0};
-    Import_IO_Initialize("ship.lwo", printing_handler);
-    Import_IO_Display_Info_Text("Reading Lightwave Geometry Data");
-    Import_IO_Check_For_Abort(&record);
-    Import_IO_Report_Error(4, "File 'note.txt' is not in the IFF format.");
-    Import_IO_printf("\tPolygons            = %ld\n", 3L);
-    Import_IO_Set_Root_Imported_Instance_Name("ship");
-    Import_IO_Abort_Cleanup();
-    Import_IO_Cleanup();
-    EXPECT_EQ(lines(), (Lines{
-                           R"(["Import_IO_Initialize","'ship.lwo'"])",
-                           R"(["Import_IO_Display_Info_Text","'Reading Lightwave Geometry Data'"])",
-                           R"(["Import_IO_Check_For_Abort",12,6766,0,0,0])",
-                           R"(["Import_IO_Report_Error",4,"'File 'note.txt' is not in the IFF format.'"])",
-                           R"(["Import_IO_printf","'File 'note.txt' is not in the IFF format.'"])",
-                           R"(["Import_IO_printf","'\tPolygons            = 3\n'"])",
-                           R"(["Import_IO_Set_Root_Imported_Instance_Name","'ship'"])",
-                           R"(["Import_IO_Abort_Cleanup"])",
-                           R"(["Import_IO_Cleanup"])",
-                       }));
-}
-
-TEST_F(Trace, NamesButNoStrings)
-{
-    char name[256] = "hull";
-    char* copy = nullptr;
-    Import_IO_MakeAndSaveUniqueName(surface, name, name);
-    Import_IO_MakeAndSaveUniqueName(surface, name, name);
-    Import_IO_MakeNameUnique(object, "ship", name);
-    Import_IO_SaveHandleName(object, "ship");
-    Import_IO_TranslateName(surface, "hull");
-    services::set_translation(surface, "hull", "Rumpf");
-    Import_IO_TranslateName(surface, "hull");
-    Import_IO_Copy_String(&copy, "x");
-    Import_IO_Strip_Whitespace(copy);
-    Import_IO_String_To_Lower(copy, copy);
-    Import_IO_ExtractBaseFileName("a/b.c", name);
-    Tv_Free_Memory(copy);
-    EXPECT_EQ(lines(), (Lines{
-                           R"(["Import_IO_MakeAndSaveUniqueName","surface","'hull'","'hull'"])",
-                           R"(["Import_IO_MakeAndSaveUniqueName","surface","'hull'","'hull #2'"])",
-                           R"(["Import_IO_MakeNameUnique","object","'ship'","'ship'"])",
-                           R"(["Import_IO_SaveHandleName","object","'ship'"])",
-                           R"(["Import_IO_TranslateName","surface","'hull'",null])",
-                           R"(["Import_IO_TranslateName","surface","'hull'","'Rumpf'"])",
-                       }));
-}
 
 TEST_F(Trace, WhatAttachingDoesInsideIsNotShown)
 {

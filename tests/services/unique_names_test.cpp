@@ -1,4 +1,3 @@
-#include <chrono>
 #include <gtest/gtest.h>
 
 #include "lib/services/host.h"
@@ -111,20 +110,21 @@ TEST_F(UniqueNames, CutNamesOfRemovedThingsAreFreeAgain)
     EXPECT_EQ(unique("instance", base), std::string(251, 'b') + " #10");
 }
 
-// Each call looks at a few names, whatever number of things bears the name: without that, these would take minutes.
-TEST_F(UniqueNames, TakeConstantTimeForAHundredThousandOfOneName)
+// Each call looks at a few names, however many things bear the name: without that, this would run into its time limit.
+TEST_F(UniqueNames, AHundredThousandOfOneName)
 {
-    const auto start = std::chrono::steady_clock::now();
     for (int i = 1; i <= 100'000; ++i) {
         const std::string name = unique_and_saved("surface", "same");
         ASSERT_EQ(name, i == 1 ? "same" : "same #" + std::to_string(i));
     }
     make_instance("gone");
+    std::string last;
     for (int i = 2; i <= 50'000; ++i) { // removals in between don't make it start over
-        make_instance(unique("instance", "gone"));
-        if (i % 2) remove_instance("gone #" + std::to_string(i - 1));
+        const std::string name = unique("instance", "gone");
+        make_instance(name);
+        if (i % 2) remove_instance(last);
+        last = name;
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
 TEST_F(UniqueNames, TranslationsComeFromTheHostsTable)

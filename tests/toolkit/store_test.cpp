@@ -59,33 +59,6 @@ TEST_F(Store, PrimitivesAreCopiedWithTheirSurfaces)
     EXPECT_EQ(tv::scene().objects[0].surface, 0u);
 }
 
-TEST_F(Store, SurfaceAttributesAndEnvironment)
-{
-    const int32_t shininess = 256;
-    const float one = 1, half = 0.5f, minus = -0.5f, angle = 30;
-    Tv_Texture("rmap: sky", 0);
-    Tv_Surface("s", w("model"), w("phong"), w("shininess"), &shininess, w("metal"), &one, 1, w("shadingcoeffs"),
-               w("ambient"), &half, w("diffuse"), &half, w("specular"), &half, w("luminous"), &half, w("reflect"),
-               &half, w("ior"), &angle, 1, 0);
-    Tv_Surface("s", w("sphenvmap"), w("enabled"), w("on"), w("reflectcoeff"), &half, w("texturelink"), "rmap: sky",
-               w("resetmatrix"), w("rotate"), w("yaxis"), &angle, 1, 0);
-    Tv_Surface("s", w("opacity"), w("facecoeff"), &minus, 0);
-    Tv_Surface("s", w("opacity"), w("edgecoeff"), &half, w("edgeexp"), &one, w("edge"), w("enabled"), w("on"), 0);
-    EXPECT_TRUE(surface().phong);
-    EXPECT_EQ(surface().shininess, 256);
-    EXPECT_EQ(surface().metal, 1);
-    EXPECT_EQ(surface().luminous, 0.5f);
-    EXPECT_EQ(surface().ior, 30);
-    EXPECT_EQ(surface().environment, 0u);
-    EXPECT_TRUE(surface().environment_enabled);
-    EXPECT_EQ(surface().environment_yaxis, 30);
-    EXPECT_EQ(surface().face_opacity, -0.5f);
-    EXPECT_TRUE(surface().edge_enabled);
-    EXPECT_EQ(surface().edge_opacity, 0.5f);
-    EXPECT_FALSE(surface().has_color);
-    EXPECT_TRUE(reports.empty());
-}
-
 TEST_F(Store, LayersTakeWhatStandsBehindTheirName)
 {
     const float triple[] = {0.5f, 0.25f, 0.125f}, one = 1, quarter = 0.25f, two = 2;
@@ -125,28 +98,6 @@ TEST_F(Store, LayersTakeWhatStandsBehindTheirName)
     EXPECT_EQ(surface().metal, 1);
     EXPECT_EQ(surface().diffuse, 1); // "diffuse" behind "multiplier" is a channel
     EXPECT_FALSE(surface().environment_enabled);
-}
-
-TEST_F(Store, TexturesOfBothKinds)
-{
-    const float red[] = {1, 0, 0}, blue[] = {0, 0, 1}, p = 1.6f;
-    Tv_Texture("i", w("image"), w("textureimage"), 4, "a.png", 1, w("filter"), w("mipmap"), 1, w("wrapu"), w("enabled"),
-               w("off"), 1, w("wrapv"), w("enabled"), w("on"), 1, 0);
-    Tv_Texture("p", w("procedural"), w("name"), "checker", 1, w("color1"), w("rgb"), red, 1, w("color2"), w("rgb"),
-               blue, 1, w("param1"), &p, 1, 0);
-    Tv_Texture("e", w("image"), w("textureimage"), 1, "b.iff", 1, w("enabled"), w("off"), 1, 0);
-    const tv::Texture &image = tv::scene().textures[0], &procedural = tv::scene().textures[1];
-    EXPECT_EQ(image.kind, tv::TextureKind::image);
-    EXPECT_EQ(image.image_type, 4);
-    EXPECT_EQ(image.file_name, "a.png");
-    EXPECT_TRUE(image.mipmap && image.wrap_v && image.enabled);
-    EXPECT_FALSE(image.wrap_u);
-    EXPECT_EQ(procedural.kind, tv::TextureKind::procedural);
-    EXPECT_EQ(procedural.procedural, "checker");
-    EXPECT_EQ(procedural.color1, (tv::Vec3{1, 0, 0}));
-    EXPECT_EQ(procedural.color2, (tv::Vec3{0, 0, 1}));
-    EXPECT_EQ(procedural.param1, 1.6f);
-    EXPECT_FALSE(tv::scene().textures[2].enabled);
 }
 
 TEST_F(Store, LightsAndCamera)
