@@ -8,7 +8,7 @@ _lwimport_keys() {
 
 _lwimport() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]-}
-    local where="--content-dir --search-path --inside-only --trace --quiet --no-progress --help"
+    local where="--as-is --no-restore --range --content-dir --search-path --inside-only --trace --quiet --no-progress --help"
     local convert="--output --format --recursive --no-clobber --strict --keep-partial --scale --light-scale --max-texture
         --backdrop-dome --frame --no-normals --smoothing-angle --no-split --first-key-only --keep-names --warnings --stats
         --debug-info $where"
@@ -16,6 +16,16 @@ _lwimport() {
     case $before in
     --content-dir | --search-path | --plugin-dir)
         mapfile -t COMPREPLY < <(compgen -d -- "$word")
+        return
+        ;;
+    --range)
+        mapfile -t COMPREPLY < <(compgen -W "keys" -- "$word")
+        return
+        ;;
+    --no-restore)
+        mapfile -t COMPREPLY < <(compgen -W "light-parents light-motions targets camera-angles linear-keys fine-rotations
+            light-envelopes dark-lights zoom ambient dissolves unseen double-sided light-range area-lights morphs
+            depth-range time-line whole-names" -- "$word")
         return
         ;;
     --format)

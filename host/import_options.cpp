@@ -32,6 +32,7 @@ void add_import_options(CommandLine& line, ImportOptions& options, bool conversi
         line.flag("--stats", options.stats, "print the counters of each file");
         line.flag("--debug-info", options.debug_info, "write what is parsed to debuglw.txt in this directory");
     }
+    add_restore_options(line, options.restore);
     line.heading("Where files are looked for");
     line.text("--content-dir", "DIR", options.content_dir,
               "the directory that stored paths are relative to; otherwise it is\nworked out from them");
@@ -56,6 +57,9 @@ static std::string absolute_directory(const std::string& directory, const char* 
 void prepare_imports(ImportOptions& options)
 {
     set_quiet(options.quiet);
+    options.restore.first_key_only = options.first_key_only;
+    options.restore.keep_names = options.keep_names;
+    options.restore.wanted(); // a wrong name is told before anything is read
     if (!options.content_dir.empty()) options.content_dir = absolute_directory(options.content_dir, "--content-dir");
     for (std::string& directory : options.search_path) directory = absolute_directory(directory, "--search-path");
     if (!options.trace.empty() && !tv::set_trace_file(options.trace.c_str()))

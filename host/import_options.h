@@ -7,6 +7,7 @@
 
 #include "host/command_line.h"
 #include "host/plugin_loader.h"
+#include "host/restoration.h"
 
 namespace host {
 
@@ -20,6 +21,7 @@ struct ImportOptions {
     std::string trace;
     bool no_progress = false, quiet = false;
     bool tell_missing = true; // a message for each missing object
+    RestoreOptions restore;
 };
 
 // The options of a command line that fill them; those on how meshes are made only with `conversion`.

@@ -162,6 +162,7 @@ ImportRun import_file(const fs::path& input, const ImportOptions& options)
     run.warnings = messages.warnings;
     run.errors = messages.errors;
     follow_repetitions(run.files, run.imported);
+    if (!run.stopped) run.warnings += restore_scene(whole, run.head.kind, run.files.objects, options.restore);
     if (options.tell_missing) tell_missing_objects(run.files.objects);
     collect_images(run.files, input, references);
     run.image_directories = image_directories(run, options);

@@ -80,6 +80,9 @@ static gltf::Options export_options(const ConvertOptions& options, const ImportR
     out.max_texture = static_cast<uint32_t>(options.max_texture.value_or(4096));
     out.backdrop_dome = options.backdrop_dome;
     out.frame = options.frame;
+    const restore::Wanted wanted = options.import.restore.wanted();
+    out.fine_rotations = wanted[restore::Restoration::fine_rotations];
+    out.fit_depth = wanted[restore::Restoration::depth_range];
     out.image_directories = run.image_directories;
     out.source_name = shown_path(input.filename());
     return out;

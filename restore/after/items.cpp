@@ -48,32 +48,34 @@ void put_back_items(tv::Scene& scene, const SceneFacts& facts, const Matching& m
     Numbering numbering;
     for (std::size_t i = 0; i < facts.objects.size(); ++i) {
         const ObjectItem& item = facts.objects[i];
-        tv::Instance& instance = scene.instances[(*matching.instances)[i]];
+        const Matching::Item& made = (*matching.instances)[i];
+        tv::Instance &mover = scene.instances[made.mover], &carrier = scene.instances[made.carrier];
         if (wanted[Restoration::whole_names]) {
             const std::string name = shown_name(item);
-            instance.shown_name = numbering.unique(name);
-            instance.stored_path = item.stored;
-            if (instance.object != tv::no_id && scene.objects[instance.object].shown_name.empty())
-                scene.objects[instance.object].shown_name = name;
+            if (made.mover != made.carrier) carrier.shown_name = name + " geometry";
+            mover.shown_name = numbering.unique(name);
+            mover.stored_path = item.stored;
+            if (carrier.object != tv::no_id && scene.objects[carrier.object].shown_name.empty())
+                scene.objects[carrier.object].shown_name = name;
             result.acted.add(Restoration::whole_names);
         }
         if (item.parent() != 0 && matching.item(item.parent()) == tv::no_id) ++result.bad_parents;
-        if (linear && moving && instance.channels)
-            result.acted.add(Restoration::linear_keys, mark_linear(*instance.channels, item.motion, times));
+        if (linear && moving && mover.channels)
+            result.acted.add(Restoration::linear_keys, mark_linear(*mover.channels, item.motion, times));
         if (item.target.item != 0 && wanted[Restoration::targets]) {
-            instance.target = matching.item(item.target.item);
-            if (instance.target == tv::no_id)
+            mover.target = matching.item(item.target.item);
+            if (mover.target == tv::no_id)
                 ++result.bad_targets;
             else
                 result.acted.add(Restoration::targets);
         }
         const double dissolved = item.dissolve.at(facts.first_frame);
         if (item.dissolve.given && (dissolved > 0 || item.dissolve.envelope) && wanted[Restoration::dissolves]) {
-            instance.dissolve = make_curve(item.dissolve, std::clamp(dissolved, 0.0, 1.0), times, moving, linear);
+            carrier.dissolve = make_curve(item.dissolve, std::clamp(dissolved, 0.0, 1.0), times, moving, linear);
             result.acted.add(Restoration::dissolves);
         }
         if (item.unseen_by_camera && wanted[Restoration::unseen]) {
-            instance.unseen = true;
+            carrier.unseen = true;
             result.acted.add(Restoration::unseen);
         }
     }

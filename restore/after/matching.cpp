@@ -14,13 +14,18 @@ namespace {
 // where they don't fit, and objects lose what stands behind their last dot.
 bool is_name_of(std::string_view made, std::string_view name)
 {
-    const std::size_t suffix = made.rfind(" #");
-    const std::string_view stem = made.substr(0, suffix);
+    const auto unnumbered = [](std::string_view text) { return text.substr(0, text.rfind(" #")); };
+    std::string_view stem = unnumbered(made);
+    // Of an object that is loaded again the toolkit numbers the object's name, which may have a number already.
+    std::string_view object = unnumbered(stem);
+    constexpr std::string_view group = " (from object file)";
+    for (std::string_view* const text : {&stem, &object})
+        if (text->ends_with(group)) text->remove_suffix(group.size());
     constexpr std::size_t longest = 200; // bytes compared; names hold 255 with their suffix
     const auto fits = [&](std::string_view base) {
         return platform::equal_in_any_case(base.substr(0, longest), name.substr(0, longest));
     };
-    return fits(made) || fits(stem);
+    return fits(made) || fits(stem) || fits(object);
 }
 
 // A null's or light's operand is one token or the line, an object's the last element of its path, perhaps without what
@@ -40,11 +45,22 @@ tv::Id root_of(const tv::Scene& scene)
     return scene.instances.size() > 1 && scene.instances[1].alive ? scene.instances[1].object : tv::no_id;
 }
 
-std::optional<std::vector<tv::Id>> match_instances(const tv::Scene& scene, const SceneFacts& facts,
-                                                   const std::vector<std::string>& given_names)
+// The group that was put round an item: made after all items, with the item as its first child.
+bool wrap(const tv::Scene& scene, tv::Id group, std::vector<Matching::Item>& items)
+{
+    const tv::Id inside = scene.instances[group].children.first;
+    const auto item = std::lower_bound(items.begin(), items.end(), inside,
+                                       [](const Matching::Item& one, tv::Id id) { return one.carrier < id; });
+    if (item == items.end() || item->carrier != inside || item->mover != item->carrier) return false;
+    item->mover = group;
+    return scene.instances[group].name.starts_with(scene.instances[inside].name);
+}
+
+std::optional<std::vector<Matching::Item>> match_instances(const tv::Scene& scene, const SceneFacts& facts,
+                                                           const std::vector<std::string>& given_names)
 {
     const tv::Id root = root_of(scene);
-    std::vector<tv::Id> found;
+    std::vector<Matching::Item> found; // carriers rise
     found.reserve(facts.objects.size());
     for (tv::Id id = 2; id < scene.instances.size(); ++id) {
         const tv::Instance& instance = scene.instances[id];
@@ -52,14 +68,17 @@ std::optional<std::vector<tv::Id>> match_instances(const tv::Scene& scene, const
         const bool piece = instance.parent_kind == tv::Kind::object && instance.parent != root;
         if (!instance.alive || piece) continue;
         const std::size_t number = found.size();
-        if (number == facts.objects.size()) return std::nullopt;
+        if (number == facts.objects.size()) {
+            if (!wrap(scene, id, found)) return std::nullopt;
+            continue;
+        }
         const ObjectItem& item = facts.objects[number];
         const bool given = number < given_names.size() && !given_names[number].empty();
         const std::string_view stored = given          ? std::string_view(given_names[number])
                                         : item.is_null ? item.name
                                                        : item.stored;
         if (!may_be(instance.name, stored, !item.is_null)) return std::nullopt;
-        found.push_back(id);
+        found.push_back({id, id});
     }
     if (found.size() != facts.objects.size()) return std::nullopt;
     return found;

@@ -122,7 +122,7 @@ void put_back_morphs(tv::Scene& scene, const SceneFacts& facts, const Matching& 
         if (item.morph_target == 0) continue;
         const double amount = item.morph_amount.at(facts.first_frame);
         if (!item.morph_amount.envelope && !(amount > 0)) continue;
-        tv::Instance& instance = scene.instances[(*matching.instances)[i]];
+        tv::Instance& instance = scene.instances[(*matching.instances)[i].carrier];
         if (instance.object == tv::no_id) continue;
         const auto [known, added] = target_of.try_emplace(instance.object, item.morph_target);
         bool fits = known->second == item.morph_target;
