@@ -80,6 +80,7 @@ static void tell_losses(const restore::Losses& losses, const std::string& name)
     add(losses.path_alignments, message<"lost-path-alignments">(losses.path_alignments));
     add(losses.motion_blurs, message<"lost-motion-blur">());
     add(losses.depth_of_field, message<"lost-depth-of-field">());
+    add(losses.procedural_textures, message<"lost-procedural-textures">(losses.procedural_textures));
     say(about(name, message<"left-out">(std::move(lost))));
 }
 

@@ -157,6 +157,7 @@ inline constexpr Row restore_rows[] = {
     {"lost-clip-maps", part, "{maps:,clip map|clip maps}"},
     {"lost-bones", part, "{bones:,bone|bones}"},
     {"lost-path-alignments", part, "{paths:,alignment to a path|alignments to a path}"},
+    {"lost-procedural-textures", part, "{textures:,procedural texture|procedural textures}"},
     {"lost-motion-blur", part, "motion blur"},
     {"lost-depth-of-field", part, "depth of field"},
     {"objects-unmatched", warning,

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -10,9 +12,11 @@ namespace restore {
 
 namespace {
 
-bool is_procedural(std::string_view type)
+// Neither an image's nor one of those that the exporter computes.
+bool is_lost(std::string_view type)
 {
-    return type.find("Image Map") == std::string_view::npos;
+    constexpr std::string_view computed[] = {"Checkerboard", "Grid", "Fractal Noise"};
+    return type.find("Image Map") == std::string_view::npos && std::ranges::find(computed, type) == std::end(computed);
 }
 
 // Names as the import gave them, in its order: the first of a name keeps it, later ones get " #2" and so on.
@@ -44,7 +48,7 @@ void put_back_surfaces(tv::Scene& scene, const std::vector<const ObjectFacts*>& 
         std::unordered_map<std::string_view, tv::Id> surfaces;
         for (const std::string& name : facts->surface_names) surfaces.emplace(name, names.next(name));
         for (const SurfaceFacts& surface : facts->surfaces) {
-            for (const std::string& type : surface.textures) result.losses.procedural_textures += is_procedural(type);
+            for (const std::string& type : surface.textures) result.losses.procedural_textures += is_lost(type);
             const auto at = surfaces.find(surface.name);
             if (!surface.double_sided || at == surfaces.end() || at->second == tv::no_id) continue;
             if (!settings.wanted[Restoration::double_sided]) continue;
