@@ -102,7 +102,7 @@ const nlohmann::json* GltfFile::sampler(std::size_t node, const std::string& pat
     if (!json.contains("animations")) return nullptr;
     const auto& animation = json["animations"].at(0);
     for (const auto& channel : animation.at("channels"))
-        if (channel.at("target").at("node") == node && channel.at("target").at("path") == path)
+        if (channel.at("target").value("node", json["nodes"].size()) == node && channel.at("target").at("path") == path)
             return &animation.at("samplers").at(channel.at("sampler").get<std::size_t>());
     return nullptr;
 }
@@ -118,8 +118,9 @@ std::vector<double> GltfFile::animated(std::size_t node, const std::string& path
     const nlohmann::json* const found = sampler(node, path);
     if (!found) return {};
     const std::vector<double> times = numbers(found->at("input")), values = numbers(found->at("output"));
-    const bool cubic = found->value("interpolation", "LINEAR") == "CUBICSPLINE";
-    const std::size_t width = path == "rotation" ? 4 : 3, row = cubic ? 3 * width : width;
+    const std::string interpolation = found->value("interpolation", "LINEAR");
+    const bool cubic = interpolation == "CUBICSPLINE", step = interpolation == "STEP";
+    const std::size_t width = path == "rotation" ? 4 : path == "weights" ? 1 : 3, row = cubic ? 3 * width : width;
     const std::size_t value = cubic ? width : 0; // of a key's row
     const auto part = [&](std::size_t key, std::size_t from) {
         const auto start = values.begin() + static_cast<std::ptrdiff_t>(key * row + from);
@@ -129,6 +130,7 @@ std::vector<double> GltfFile::animated(std::size_t node, const std::string& path
     if (seconds >= times.back()) return part(times.size() - 1, value);
     std::size_t next = 1;
     while (times[next] < seconds) ++next;
+    if (step) return part(times[next] == seconds ? next : next - 1, value);
     const double length = times[next] - times[next - 1], s = (seconds - times[next - 1]) / length;
     const std::vector<double> a = part(next - 1, value), b = part(next, value);
     std::vector<double> result(width);
@@ -138,8 +140,9 @@ std::vector<double> GltfFile::animated(std::size_t node, const std::string& path
         for (std::size_t i = 0; i < width; ++i)
             result[i] = (2 * s3 - 3 * s2 + 1) * a[i] + length * (s3 - 2 * s2 + s) * out[i] + (3 * s2 - 2 * s3) * b[i] +
                         length * (s3 - s2) * in[i];
+    } else if (path != "rotation") {
+        for (std::size_t i = 0; i < width; ++i) result[i] = a[i] + (b[i] - a[i]) * s;
     } else {
-        EXPECT_EQ(path, "rotation");
         const glm::dquat q = glm::slerp(quat_of(a), quat_of(b), s);
         result = {q.x, q.y, q.z, q.w};
     }
