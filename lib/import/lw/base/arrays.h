@@ -1,5 +1,5 @@
 // The reader's arrays: memory of the toolkit, every size of which is one checked product. Where there is none, the
-// message is reported: as fatal, so that nobody has to look at the result, or at the level that the caller gives.
+// message is reported: as fatal, so that nobody has to ask, or as an error by the functions that say so.
 #pragma once
 #include <cstddef>
 #include <cstdint>
@@ -7,10 +7,10 @@
 #include "lib/import/lw/base/report.h"
 #include "lib/toolkit/vc4_tv.h"
 
-// Memory for `count` entries, one at least. `block` is null, or an array to grow, which keeps its entries. Null without
-// memory, where the level lets it return: then the block stays as it was.
-void* lw_array_memory(void* block, int64_t count, std::size_t entry_size, const char* message, lw_level level);
-void* lw_cleared_memory(int64_t count, std::size_t entry_size, const char* message, lw_level level);
+// Memory for `count` entries, one at least, or null. `block` is null, or an array to grow, which keeps its entries and
+// stays as it was where there is no memory. Reports nothing.
+void* lw_array_memory(void* block, int64_t count, std::size_t entry_size);
+void* lw_cleared_memory(int64_t count, std::size_t entry_size);
 
 // Frees the array and sets it to null.
 template <typename T>
@@ -20,30 +20,48 @@ void lw_free_array(T** array)
     *array = nullptr;
 }
 
-// A new array in the place of *array, null or owned. False: *array is null.
+// A new array in the place of *array, null or owned. Its entries hold nothing yet, or zeros.
 template <typename T>
-bool lw_allocate(T** array, int64_t count, const char* message, lw_level level = LW_FATAL)
+void lw_allocate(T** array, int64_t count, const char* message)
 {
     lw_free_array(array);
-    *array = static_cast<T*>(lw_array_memory(nullptr, count, sizeof(T), message, level));
-    return *array != nullptr;
+    *array = static_cast<T*>(lw_array_memory(nullptr, count, sizeof(T)));
+    if (!*array) lw_report_fatal(message);
 }
-
-// The same, filled with zeros.
 template <typename T>
-bool lw_allocate_cleared(T** array, int64_t count, const char* message, lw_level level = LW_FATAL)
+void lw_allocate_cleared(T** array, int64_t count, const char* message)
 {
     lw_free_array(array);
-    *array = static_cast<T*>(lw_cleared_memory(count, sizeof(T), message, level));
-    return *array != nullptr;
+    *array = static_cast<T*>(lw_cleared_memory(count, sizeof(T)));
+    if (!*array) lw_report_fatal(message);
 }
 
-// Room for `count` entries in all; the new ones hold nothing yet. False: the array is as it was.
+// Room for `count` entries in all; the new ones hold nothing yet.
 template <typename T>
-bool lw_grow(T** array, int64_t count, const char* message, lw_level level = LW_FATAL)
+void lw_grow(T** array, int64_t count, const char* message)
 {
-    void* const grown = lw_array_memory(*array, count, sizeof(T), message, level);
-    if (!grown) return false;
+    void* const grown = lw_array_memory(*array, count, sizeof(T));
+    if (!grown) lw_report_fatal(message);
     *array = static_cast<T*>(grown);
-    return true;
+}
+
+// The same for a caller who can go on: false with an error reported, and *array null or as it was.
+template <typename T>
+[[nodiscard]] bool lw_try_allocate(T** array, int64_t count, const char* message)
+{
+    lw_free_array(array);
+    *array = static_cast<T*>(lw_array_memory(nullptr, count, sizeof(T)));
+    if (!*array) lw_report(LW_ERROR, "%s", message);
+    return *array != nullptr;
+}
+template <typename T>
+[[nodiscard]] bool lw_try_grow(T** array, int64_t count, const char* message)
+{
+    void* const grown = lw_array_memory(*array, count, sizeof(T));
+    if (grown) {
+        *array = static_cast<T*>(grown);
+    } else {
+        lw_report(LW_ERROR, "%s", message);
+    }
+    return grown != nullptr;
 }

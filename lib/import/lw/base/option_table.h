@@ -77,7 +77,7 @@ constexpr const lw_option* lw_find_option(std::string_view word)
 }
 
 // The options file.
-inline constexpr char lw_options_file_name[] = "imp_lw.ini"; // put directly behind the plug-in's directory
+inline constexpr char lw_options_file_name[] = "imp_lw.ini"; // follows the plug-in's directory directly
 inline constexpr char lw_options_file_head[] = "# Default options for the Lightwave geometry import converter.\n"
                                                "# !! Do not modify this file. It is written by the converter.\n"
                                                "[Preferences]\n";

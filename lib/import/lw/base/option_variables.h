@@ -1,6 +1,6 @@
 // The variables of the nine options, which every room reads directly. Zero or null at load; the table's standard
-// values, then the options file, then the dialog and the words of each conversion. They keep their values for as long as
-// the library is loaded.
+// values, then the options file, then the dialog and the words of each conversion. They keep their values for as long
+// as the library is loaded.
 #pragma once
 #include <cstdint>
 

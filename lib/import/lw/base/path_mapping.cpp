@@ -2,19 +2,15 @@
 
 #include <cstring>
 
+#include "lib/platform/text.h"
 #include "lib/services/import_io.h"
 
-static bool is_separator(char c)
-{
-    return c == '/' || c == '\\';
-}
-
-// The text behind the separator or ":" that `depth` others stand behind; the whole when there are fewer.
+// The text after the separator or ":" that `depth` others follow; the whole when there are fewer.
 static const char* cut(const char* text, std::size_t length, int16_t depth)
 {
     int32_t number = 0;
     for (std::size_t i = length; i-- > 0;) {
-        if (!is_separator(text[i]) && text[i] != ':') continue;
+        if (!platform::is_separator(text[i]) && text[i] != ':') continue;
         if (number == depth) return text + i + 1;
         ++number;
     }
@@ -43,7 +39,7 @@ int16_t convert_lw_filename(char** name, int16_t depth, int16_t is_image)
     std::size_t length = std::strlen(text);
     int16_t separators = 0;
     for (std::size_t i = length; i-- > 1;) {
-        if (is_separator(text[i]) && text[i - 1] != ':' && separators < INT16_MAX) ++separators;
+        if (platform::is_separator(text[i]) && text[i - 1] != ':' && separators < INT16_MAX) ++separators;
     }
     if (separators < depth) depth = separators;
     // In place: what is kept is never longer, and a copy could fail for want of memory.

@@ -15,7 +15,7 @@ int32_t lw_file_offset = 0;
 int16_t lw_reset_file_read_buffer()
 {
     const char* const no_buffer = "LW_IO_Alloc_File_Read_Buffer(): Could not allocate read buffer memory.";
-    if (!lw_buf_io_input_buffer && !lw_allocate(&lw_buf_io_input_buffer, lw_buf_io_size, no_buffer, LW_ERROR)) return 1;
+    if (!lw_buf_io_input_buffer && !lw_try_allocate(&lw_buf_io_input_buffer, lw_buf_io_size, no_buffer)) return 1;
     lw_buf_io_chars_in_buffer = lw_buf_io_curr_buffer_offset = lw_file_offset = 0;
     return 0;
 }

@@ -62,7 +62,7 @@ static int16_t convert_recognised_file(char* file_name)
     return read_LWOB(lw_infile, file_name, 0, nullptr, nullptr, "world", 0) == 0 ? 0 : 1;
 }
 
-// What the readers held when a fatal error left them. Behind any other end there is nothing to do.
+// What the readers held when a fatal error left them. After any other end there is nothing to do.
 static void release_what_readers_left()
 {
     lws_release_scene();

@@ -2,7 +2,7 @@
 #pragma once
 #include <cstdint>
 
-// names and values: the entry point's lists behind the command, up to the first null in names.
+// names and values: the entry point's lists after the command, up to the first null in names.
 void ImportConverter_Lightwave(char** names, void** values, int32_t* result, void* reserved);
 
 // 1: a Lightwave scene or object file. -1: it can't be opened, or there is no memory. -2: neither.

@@ -7,14 +7,14 @@
 
 // name                  wanted name of the object, also shown in progress texts
 // verts_per_poly        corners of each polygon
-// vertices              x, y, z a point; Z is negated in place
+// vertices              x, y, z of each point; Z is negated in place
 // face_indices          point numbers from 1, polygon after polygon
 // surface_name          of the whole mesh, where poly_surface is null; null itself when the file names no surface
 // object_only_name_out  not null: stop when the object is complete, and write its name here
 // surface_info          never null
 // instance_name_out, object_name_out   null, or the names made
 // parent_name           "world", or the name of an object
-// poly_surface          null, or a name a polygon; null entries take the one before, in place
+// poly_surface          null, or a name for each polygon; null entries take the one before, in place
 // add_to_imported_list  not 0: the scene reader hears of the instance
 // Names that go out are buffers of 256.
 void LW_Output_Mesh(const char* name, int32_t num_polygons, int32_t num_vertices, int32_t* verts_per_poly,

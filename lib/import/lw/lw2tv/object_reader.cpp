@@ -25,7 +25,7 @@ static lw_object_data object; // module-wide, so that a fatal exit leaves nothin
 static const char* const no_room_for_names = "Out of memory while allocating surface names array";
 static const int32_t surface_step = 100;
 static const std::size_t surface_name_size = 256;        // of a name in SRFS, its end included
-static const std::size_t surface_chunk_name_size = 1024; // of a name ahead of a SURF chunk's sub-chunks
+static const std::size_t surface_chunk_name_size = 1024; // of the name before a SURF chunk's sub-chunks
 
 static void free_surface_names(LW_Surface_Name* names, int32_t count)
 {

@@ -17,7 +17,7 @@ static const int32_t index_bytes = 2;
 static const int32_t smallest_polygon_bytes = 10; // of one that is kept: a count, three indices, a surface
 
 // A capacity of whole steps that holds `needed` entries and one more. What the rest of the chunk can ask for is known,
-// and no more than the file has, so that an array grows once a chunk and is hardly ever copied.
+// and no more than the file has, so that an array grows once for each chunk and is hardly ever copied.
 static int32_t grown_capacity(int32_t step, int64_t needed)
 {
     return static_cast<int32_t>(std::min((needed / step + 1) * step, int64_t{INT32_MAX}));
@@ -161,8 +161,8 @@ static void start_arrays(lw_object_data* object)
     lw_allocate_cleared(&object->poly_surface, poly_step, "Out of memory while allocating surface names array");
 }
 
-// Reads the details behind a polygon with a negative surface number. They have none of their own: a negative number
-// on one of them counts by its absolute value.
+// Reads the details that follow a polygon with a negative surface number. They have none of their own: a negative
+// number on one of them counts by its absolute value.
 static void read_details(lw_object_data* object, int32_t* chunk_remaining, const char* filename)
 {
     if (*chunk_remaining < 2 || lw_at_end_of_file(lw_infile)) return;

@@ -6,7 +6,7 @@
 
 // Reads one polygon and its surface number from lw_infile; growing an array may end the run (level 5). 0 when the
 // polygon was stored, 1 when it was dropped for having fewer than three corners. Never takes more than *chunk_remaining
-// bytes: where these end ahead of the polygon, its missing indices are 0, which no point has, and its surface is 1.
+// bytes: where these end within the polygon, its missing indices are 0, which no point has, and its surface is 1.
 int16_t ReadPolygon(int32_t** face_indices, int32_t** verts_per_poly, char*** poly_surface, int32_t* index_capacity,
                     int32_t* poly_capacity, int32_t* num_indices, int32_t* num_polygons, int32_t* chunk_remaining,
                     int16_t* surface_number);

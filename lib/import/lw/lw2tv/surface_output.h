@@ -16,8 +16,8 @@ struct lw_surface_attributes {
 
 void lw_output_surface_color(const char* surface_name, const float rgb[3]);
 
-// The shading values and, where the surface reflects, its reflection map. Goes ahead of the layers.
+// The shading values and, where the surface reflects, its reflection map. Goes before the layers.
 void lw_output_surface_shading(const char* surface_name, const lw_surface_attributes* attributes);
 
-// Face and edge opacity. Goes behind the layers.
+// Face and edge opacity. Goes after the layers.
 void lw_output_surface_opacity(const char* surface_name, const lw_surface_attributes* attributes);

@@ -137,7 +137,7 @@ static void skip_unknown(std::FILE* fp, const char* id, uint16_t size)
 }
 
 // Known payloads are read by their fixed widths, whatever the size says: a wrong one leaves stream and count apart.
-// False on the failure path. A sub-chunk that claims more than the chunk has left is not read at all, since behind it
+// False on the failure path. A sub-chunk that claims more than the chunk has left is not read at all, since after it
 // the count could never come to 0.
 static bool read_sub_chunks(std::FILE* fp, uint32_t chunk_remaining, LW_Surface_Info* surface_info)
 {

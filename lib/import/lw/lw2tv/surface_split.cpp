@@ -33,7 +33,7 @@ struct Surface_Runs {
 // One pass over the polygons parts them into runs, so that all pieces together cost one more; a piece's arrays are
 // gathered from its runs, where they stay near, and never stand beside those of all the others.
 struct Split_Data {
-    // A place a point, and one behind them for what names no point.
+    // A place for each point, and one more for what names no point.
     int16_t* vertex_tag;   // a point's newest user: surface number from 1; 0 none
     int32_t* vertex_remap; // the point's index from 1 in the current piece; good where the tag is the piece's
     int32_t* used_points;  // of the current piece
@@ -98,7 +98,7 @@ static void add_run(const Polygon_Run& run, const char* message)
     split.runs[split.num_runs++] = run;
 }
 
-// All runs in file order, and one behind them where they end. A polygon without a name goes with the one before.
+// All runs in file order, and a last one where they end. A polygon without a name goes with the one before.
 static void find_runs(const lw_object_data* object, const char* message)
 {
     int32_t index = 0;
@@ -186,8 +186,8 @@ static void fetch_ahead(const lw_object_data* object, int32_t i, int32_t end)
     __builtin_prefetch(object->face_indices + run->index + cache_line);
 }
 
-// Puts the piece's polygons one behind the other, with points of the object counted from 0, or the place behind them
-// where an index names none. Notes the points that they name in used_points, each once, and returns how many. Runs lie
+// Puts the piece's polygons in a row, with points of the object counted from 0, or the place after the last where an
+// index names none. Notes the points that they name in used_points, each once, and returns how many. Runs lie
 // far apart, so they are fetched ahead.
 static int32_t gather_polygons(const lw_object_data* object, const Surface_Runs* surface, int16_t tag)
 {

@@ -1,5 +1,5 @@
-// An object of several surfaces becomes one mesh a surface, hung under an empty parent: a texture projection lies on an
-// instance, so each surface needs one of its own.
+// An object of several surfaces becomes one mesh for each surface, hung under an empty parent: a texture projection
+// lies on an instance, so each surface needs one of its own.
 #pragma once
 #include <cstdint>
 

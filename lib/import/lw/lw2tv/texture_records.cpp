@@ -155,7 +155,7 @@ lw_sub_chunk_result lw_read_texture_sub_chunk(std::FILE* fp, uint32_t id, uint16
         *current = texture;
         return LW_SUB_CHUNK_READ;
     }
-    LW_Texture_Struct nobody = {}; // takes what comes ahead of the first texture
+    LW_Texture_Struct nobody = {}; // takes what comes before the first texture
     LW_Init_Texture_Struct(&nobody);
     const bool known = read_refinement(fp, id, size, *current ? *current : &nobody);
     free_strings(&nobody);

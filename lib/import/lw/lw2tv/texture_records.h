@@ -48,7 +48,7 @@ struct LW_Texture_Struct {
     float param[3];
     int16_t procedural_type; // of lw_procedural_type; -1: none, or not the surface's first
     uint16_t texture_flag;   // the TFLG word
-    uint8_t wrap_x, wrap_y;  // not 0: wraps. 1 at the start, 0 or 2 behind a TWRP
+    uint8_t wrap_x, wrap_y;  // not 0: wraps. 1 at the start, 0 or 2 after a TWRP
     uint8_t x_axis, y_axis, z_axis, world_coords, negative_image, pixel_blending, antialiasing;
     char* description; // owned; the type word
     LW_Texture_Struct* next;
@@ -69,7 +69,8 @@ enum lw_sub_chunk_result : int16_t {
     LW_SUB_CHUNK_FAILED   // no memory for a record
 };
 
-// Reads the payload of a texture sub-chunk; id as lw_id gives it. *current is the record that T... sub-chunks refine, null before the first.
+// Reads the payload of a texture sub-chunk; id as lw_id gives it. *current is the record that T... sub-chunks refine,
+// null before the first.
 lw_sub_chunk_result lw_read_texture_sub_chunk(std::FILE* fp, uint32_t id, uint16_t size, LW_Texture_Struct** list,
                                               LW_Texture_Struct** current);
 

@@ -19,7 +19,7 @@ static bool has_camera()
 void lw_output_camera()
 {
     if (!has_camera()) return;
-    float lookfrom[3], lookat[3], lookup[3], focal_length, window[2];
+    float lookfrom[3] = {}, lookat[3] = {}, lookup[3] = {}, focal_length = 0, window[2] = {};
     lw_get_camera_vectors(0, lookfrom, lookat, lookup, &focal_length, window);
     Tv_Camera(camera_name, lw_tokens.active, 1, lw_tokens.focallength, &focal_length, 1, lw_tokens.formmappingtype,
               lw_tokens.type4, 1, lw_tokens.lookfrom, lookfrom, 1, lw_tokens.lookat, lookat, 1, lw_tokens.lookup,
@@ -76,7 +76,7 @@ void lw_output_camera_animation()
     if (!has_camera() || !Import_IO_Get_DefaultCameraAnimationChannelPtrs(camera_name, channels)) return;
     for (int16_t i = 0; i < scn->camera_motion.num_keys; ++i) {
         const lw_motion_key* const key = &scn->camera_motion.keys[i];
-        float lookfrom[3], lookat[3], lookup[3], focal_length, window[2];
+        float lookfrom[3] = {}, lookat[3] = {}, lookup[3] = {}, focal_length = 0, window[2] = {};
         lw_get_camera_vectors(i, lookfrom, lookat, lookup, &focal_length, window);
         const int32_t time = lw_key_time(key);
         for (int axis = 0; axis < 3; ++axis) send_keyframe(channels[slot_lookfrom + axis], key, time, lookfrom[axis]);

@@ -66,7 +66,8 @@ static void wrap(lw_object_info* row)
     Import_IO_Copy_String(&row->instance_name, group);
 }
 
-// An empty node that has lost its last child is of no use to anybody.
+// An empty node that has lost its last child is of no use to anybody. No scene comes here with a toolkit that says
+// "below an object" of what hangs at the root; one that names the root's instance instead would leave it behind.
 static void remove_if_unused(const char* node)
 {
     char* master = nullptr;

@@ -14,7 +14,7 @@ static bool has_room(lw_motion_block* block, int32_t used, int32_t* room)
 {
     if (used < *room) return true;
     const int32_t wanted = std::min<int32_t>(block->num_keys, *room ? *room * 2 : first_room);
-    if (!lw_grow(&block->keys, wanted, lws_no_room_for_keys, LW_ERROR)) return false;
+    if (!lw_try_grow(&block->keys, wanted, lws_no_room_for_keys)) return false;
     std::fill(block->keys + *room, block->keys + wanted, lw_motion_key{});
     *room = wanted;
     return true;
@@ -32,7 +32,8 @@ static int16_t read_motion_key(lw_motion_key* key)
     return read_vector(key->rotation) && read_vector(key->scale) && lws_get_key_tail(key);
 }
 
-// From the channel count to the end behaviour. `animates_from`: the number of keys from which on the block is animation.
+// From the channel count to the end behaviour. `animates_from`: the number of keys from which on the block is
+// animation.
 static int16_t read_block(lw_motion_block* block, int16_t (*read_key)(lw_motion_key*), int16_t animates_from)
 {
     int64_t channels; // not used: the kind of block says how many values a key has

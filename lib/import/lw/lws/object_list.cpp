@@ -75,10 +75,9 @@ static void free_load_names()
 static void make_room(int16_t used, lw_object_info** list)
 {
     const char* const no_room = "Out of memory while re-allocating object info array";
-    if (!*list) object_room = 0;
     if (used == most_objects) lw_report_fatal(no_room);
-    if (used < object_room) return;
-    const int32_t wanted = object_room ? object_room * 2 : 16;
+    if (*list && used < object_room) return;
+    const int32_t wanted = *list ? object_room * 2 : 16;
     lw_grow(list, wanted, no_room);
     object_room = wanted;
 }

@@ -10,7 +10,7 @@
 #include "lib/platform/text.h"
 #include "lib/toolkit/vc4_tv.h"
 
-// The three pieces one behind the other; null when the path doesn't fit, or when there is no such file.
+// The path is the three pieces joined. Null when it doesn't fit, or when there is no such file.
 static std::FILE* open_path(const char* first, const char* second, const char* third)
 {
     char path[lw_path_size];

@@ -15,7 +15,7 @@
 
 // Envelopes within envelopes; one more is no number. No program writes even two.
 static constexpr int deepest_envelope = 256;
-static int envelope_depth = 0; // of the number being read; back at 0 behind it
+static int envelope_depth = 0; // of the number being read; 0 again after it
 
 void lw_syntax_err(const char* message)
 {
@@ -50,7 +50,7 @@ static bool token_as_long(const char* token, int64_t* value)
     return true;
 }
 
-// Tokens that are no plain number: hexadecimal, infinite, tiny or huge ones, and such with something behind the number.
+// Tokens that are no plain number: hexadecimal, infinite, tiny or huge ones, and numbers with something after them.
 // "%f" decides, as it reads them where a point is the decimal sign; the token is rewritten where the program's locale
 // has another.
 static bool odd_token_as_float(const char* token, float* value)
@@ -162,7 +162,8 @@ int16_t lws_get_end_behavior(lw_motion_key* last_key)
     return 1;
 }
 
-// Nothing but the first key's value is wanted, so the keys share one record: what a file claims to hold costs no memory.
+// Nothing but the first key's value is wanted, so the keys share one record: what a file claims to hold costs no
+// memory.
 static bool read_envelope_keys(int16_t count, lw_motion_key* key, float* value)
 {
     for (int16_t i = 0; i < count; ++i) {
@@ -180,7 +181,8 @@ int16_t lws_get_envelope_float(float* value)
     if (!lws_get_long(&channels) || !lws_get_int16(&count)) return 0;
     if (count < 1) return 1;
     lw_motion_key* key = nullptr;
-    if (!lw_allocate_cleared(&key, 1, lws_no_room_for_keys, LW_ERROR)) return 0;
+    if (!lw_try_allocate(&key, 1, lws_no_room_for_keys)) return 0;
+    *key = {};
     const bool good = read_envelope_keys(count, key, value);
     Tv_Free_Memory(key);
     if (!good) {

@@ -19,8 +19,8 @@ int16_t lws_get_int32(int32_t* value);
 // Three integers of 0 to 255 as a colour, each divided by 255 and limited to 0 to 1.
 int16_t lws_get_color(float color[3]);
 
-// The fields that keys of both kinds end with, from the frame on; a whole key of an envelope; and what stands behind
-// the last key: stray tokens, then "EndBehavior" with its number. Another keyword in its place is told, and lost. 0 on
+// The fields that keys of both kinds end with, from the frame on; a whole key of an envelope; and what follows the last
+// key: stray tokens, then "EndBehavior" with its number. Another keyword in its place is told, and lost. 0 on
 // failure.
 int16_t lws_get_key_tail(lw_motion_key* key);
 int16_t lws_get_envelope_key(lw_motion_key* key);

@@ -1,5 +1,5 @@
-// What a scene says, as far as it has been read: motions, camera, the light under way, time line and backdrop. One
-// record a read, which every room of the scene reader reads and writes through `scn`.
+// What a scene says, as far as it has been read: motions, camera, the light under way, time line and backdrop. Each
+// read has one record, which every room of the scene reader reads and writes through `scn`.
 #pragma once
 #include <cstdint>
 

@@ -29,12 +29,11 @@ static int16_t make_buffers()
 {
     constexpr const char* no_buffer = "Out of memory while allocating space for the input file buffer.";
     constexpr const char* no_block = "LWS_IO_Alloc_File_Read_Buffer(): Could not allocate read buffer memory.";
-    if (!lws_buf_io_input_buffer && !lw_allocate(&lws_buf_io_input_buffer, lws_block_size, no_block, LW_ERROR))
-        return 0;
+    if (!lws_buf_io_input_buffer && !lw_try_allocate(&lws_buf_io_input_buffer, lws_block_size, no_block)) return 0;
     lws_eof_reached = false;
     lws_buf_io_chars_in_buffer = lws_buf_io_curr_buffer_offset = 0;
-    if (!lw_allocate(&input_line_buffer, lws_line_size, no_buffer, LW_ERROR)) return 0;
-    if (!lw_allocate(&token_buffer, lws_token_size, no_buffer, LW_ERROR)) return 0;
+    if (!lw_try_allocate(&input_line_buffer, lws_line_size, no_buffer)) return 0;
+    if (!lw_try_allocate(&token_buffer, lws_token_size, no_buffer)) return 0;
     if (lw_make_scene_params()) return 1;
     lw_report(LW_ERROR, "Out of memory while allocating space for the local scene parameters buffer.");
     return 0;
@@ -54,7 +53,7 @@ void lws_release_scene()
     lws_fp = nullptr;
 }
 
-// An envelope that no keyword took, as behind a keyword that is ignored: its numbers go with it.
+// An envelope that no keyword took, as after a keyword that is ignored: its numbers go with it.
 static int16_t drop_envelope()
 {
     stray_envelope = {};
@@ -124,7 +123,7 @@ static int16_t dispatch(int16_t keyword, const char* file_name)
     case KW_ZENITH_COLOR: return lws_get_color(scn->zenith_color);
     case KW_ZENITH_ONLY: return lws_get_int16(&scn->zenith_only);
     case KW_ZOOM_FACTOR: return lws_get_float(&scn->zoom_factor);
-    default: return 1; // known, so that it ends the search behind an envelope's keys, and ignored
+    default: return 1; // known, so that it ends the search that follows an envelope's keys, and ignored
     }
 }
 

@@ -25,13 +25,14 @@ extern int16_t last_token_read;               // the keyword that the scene read
 // end a line, which is stored with an LF where its end came within 510 characters, and always with a NUL.
 char* LWS_Buffered_fgets(char* buffer, int32_t size, std::FILE* fp);
 
-// All of these give 0 at the end of the file, behind which nobody may ask for more.
+// All of these give 0 at the end of the file, after which nobody may ask for more.
 int16_t lw_get_line();         // the next line, counted, with the cursor at its start
 int16_t lw_strip_whitespace(); // moves the cursor to the next character that can start a token, across lines
 int16_t lw_get_next_token();   // cuts the next token into token_buffer
 int16_t lw_get_name_operand(); // the same for a path or a name: blanks belong to it, a tab or the line's end ends it
 
-// The keyword in token_buffer, KW_NONE if it is none.
+// The keyword in token_buffer, KW_NONE if it is none. For whoever has cut a token; the reader goes by lw_next_keyword,
+// which doesn't copy what it drops.
 int16_t lw_lookup_keyword();
 
 // Takes tokens, dropping them, up to the next keyword, and gives that; KW_NONE at the end of the file. Leaves

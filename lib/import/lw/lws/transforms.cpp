@@ -63,8 +63,8 @@ void lw_send_keyframe_to_toolkit(void* channel, const lw_motion_key* key, int32_
                           keyframe_id, lw_tokens.value, &value, 1, 0);
 }
 
-// Scale, then the pivot, then the turns about Z, X and Y, then the place. The pivot comes behind the scale here, while
-// channels take it in front: with a pivot and a scale the two modes place an object differently.
+// Scale, then the pivot, then the turns about Z, X and Y, then the place. The pivot comes after the scale here, while
+// channels take it before: with a pivot and a scale the two modes place an object differently.
 static void set_first_key_matrix(const char* instance_name, const lw_motion_key* key)
 {
     Tv_Local_Axes* axes = nullptr;

@@ -1,5 +1,5 @@
-// From the keys of an object's motion to what the toolkit keeps for its instance: a matrix of the first key, or keyframes
-// on the instance's channels. The option lw_import_keyframe0_only chooses.
+// From the keys of an object's motion to what the toolkit keeps for its instance: a matrix of the first key, or
+// keyframes on the instance's channels. The option lw_import_keyframe0_only chooses.
 #pragma once
 #include <cstdint>
 
