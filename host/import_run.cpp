@@ -13,6 +13,7 @@
 #include "host/say.h"
 #include "lib/import/lw/base/object_extensions.h"
 #include "lib/platform/files.h"
+#include "lib/platform/memory.h"
 #include "lib/services/host.h"
 #include "lib/toolkit/calls/environment.h"
 #include "lib/toolkit/report.h"
@@ -47,6 +48,27 @@ public:
 
 private:
     fs::path before_;
+};
+
+// Who hears the plug-in, for as long as a call of it lasts, however that ends.
+class Hearing {
+public:
+    Hearing(services::Host host, RunMessages& messages)
+    {
+        services::set_host(std::move(host));
+        tv::set_report_sink(
+            [](void* self, int32_t level, const char* text) {
+                platform::noting_short_memory([&] { static_cast<RunMessages*>(self)->take(level, text); });
+            },
+            &messages);
+    }
+    ~Hearing()
+    {
+        tv::set_report_sink(nullptr, nullptr);
+        services::set_host({});
+    }
+    Hearing(const Hearing&) = delete;
+    Hearing& operator=(const Hearing&) = delete;
 };
 
 } // namespace
@@ -116,19 +138,20 @@ static bool convert(const fs::path& whole, const ImportOptions& options, ImportR
     services::clear();
     Progress progress(shown_path(whole.filename()), !options.no_progress && !options.quiet);
     services::Host host;
-    host.report = [&messages](int32_t level, std::string_view text) { messages.take(level, text); };
+    // These stand in the reader's calls, which know no exceptions. What runs out of memory is stopped at once.
+    host.report = [&messages](int32_t level, std::string_view text) {
+        platform::noting_short_memory([&] { messages.take(level, text); });
+    };
     host.print = print_latin1;
-    host.poll = [&progress](const Import_IO_Abort_Record& record) { return progress.reading(record); };
-    services::set_host(std::move(host));
-    tv::set_report_sink(
-        [](void* self, int32_t level, const char* text) { static_cast<RunMessages*>(self)->take(level, text); },
-        &messages);
+    host.poll = [&progress](const Import_IO_Abort_Record& record) {
+        bool stop = false;
+        return !platform::noting_short_memory([&] { stop = progress.reading(record); }) || stop ||
+               platform::memory_ran_short();
+    };
+    const Hearing hearing(std::move(host), messages);
     const OpenWatch watch(run.files.objects, run.directory);
     const std::string root = joined(shortest(run.content_directory, run.directory), "");
-    const bool done = call_plugin(conversion_words(options, root, whole)) == 0;
-    tv::set_report_sink(nullptr, nullptr);
-    services::set_host({});
-    return done;
+    return call_plugin(conversion_words(options, root, whole)) == 0;
 }
 
 ImportRun import_file(const fs::path& input, const ImportOptions& options)
@@ -156,6 +179,7 @@ ImportRun import_file(const fs::path& input, const ImportOptions& options)
     RunMessages messages(name);
     if (run.head.scene_version >= 3) messages.take(message<"scene-of-later-version">());
     run.imported = convert(whole, options, run, messages);
+    platform::throw_if_memory_ran_short();
     run.stopped = interrupted();
     if (run.stopped) run.imported = false;
     messages.finish();

@@ -152,6 +152,8 @@ void set_options_file_value(lw_option_number option, const std::string& value)
         platform::AtomicFile file(path);
         file.write(text.data(), text.size());
         file.commit();
+    } catch (const std::bad_alloc&) {
+        throw;
     } catch (const std::exception& error) {
         throw Failure(message<"options-not-written">(error.what()));
     }

@@ -5,6 +5,7 @@
 
 #include "lib/platform/console.h"
 #include "lib/platform/latin1.h"
+#include "lib/platform/memory.h"
 
 namespace host {
 
@@ -43,10 +44,17 @@ static void put(const std::string& text)
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
-void say(const messages::Message& message)
+static bool memory_short_told = false;
+
+void forget_memory_short()
+{
+    memory_short_told = false;
+    platform::forget_short_memory();
+}
+
+static void put_message(const messages::Message& message)
 {
     const messages::Level level = message.row->level;
-    if (level <= messages::Level::info && quiet) return;
     const std::string line = messages::line(message);
     std::string_view text = line;
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
@@ -59,9 +67,27 @@ void say(const messages::Message& message)
     put(head + without_controls(text) + "\n");
 }
 
-void print_latin1(std::string_view text)
+void say_memory_short(std::string_view file) noexcept
 {
-    put(without_controls(platform::latin1_to_utf8(text)));
+    platform::note_short_memory();
+    if (memory_short_told) return;
+    memory_short_told = true;
+    const auto told = [file] { put_message(about(std::string(file), messages::message<"memory-short">())); };
+    if (!platform::noting_short_memory(told)) std::fputs("error: there isn't enough memory\n", stderr);
+}
+
+void say(const messages::Message& message) noexcept
+{
+    if (message.row->level <= messages::Level::info && quiet) return;
+    if (message.row->level == messages::Level::error && platform::memory_ran_short())
+        say_memory_short(message.where.file);
+    else if (!platform::noting_short_memory([&] { put_message(message); }))
+        say_memory_short(message.where.file);
+}
+
+void print_latin1(std::string_view text) noexcept
+{
+    platform::noting_short_memory([text] { put(without_controls(platform::latin1_to_utf8(text))); });
 }
 
 void set_quiet(bool now)

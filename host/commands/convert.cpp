@@ -275,10 +275,11 @@ int convert_command(Arguments arguments)
                 ++totals.left_alone;
                 continue;
             }
+            forget_memory_short();
             convert_one(job, options, totals);
             ++totals.converted;
         } catch (const std::bad_alloc&) {
-            say(about(shown_path(job.input), message<"memory-short">()));
+            say_memory_short(job.input.string());
             ++totals.failed;
         } catch (const std::exception& error) {
             say(message_of(error));

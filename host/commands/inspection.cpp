@@ -3,6 +3,8 @@
 #include <utility>
 #include <vector>
 
+#include "lib/platform/memory.h"
+
 namespace host {
 
 std::optional<Inspection> inspect(CommandLine& line, Arguments arguments)
@@ -19,6 +21,7 @@ std::optional<Inspection> inspect(CommandLine& line, Arguments arguments)
     result.run = import_file(inputs[0], options);
     locate_images(result.run.files, result.run.image_directories);
     result.input = std::move(inputs[0]);
+    platform::throw_if_memory_ran_short();
     return result;
 }
 

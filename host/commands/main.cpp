@@ -2,14 +2,18 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
+#include <new>
 #include <string>
 #include <string_view>
 
 #include "host/commands/commands.h"
 #include "host/failure.h"
 #include "host/say.h"
+#include "lib/platform/atomic_file.h"
 #include "lib/platform/console.h"
+#include "lib/platform/memory.h"
 
 struct Command {
     std::string_view word;
@@ -56,8 +60,26 @@ static int run(host::Arguments arguments)
     return command == commands.end() ? host::convert_command(arguments) : command->run(arguments.subspan(1));
 }
 
+// The last way out where a library's destructor or the like finds no memory: an end in order all the same.
+[[noreturn]] static void end_without_memory()
+{
+    bool short_of_memory = platform::memory_ran_short();
+    try {
+        if (const std::exception_ptr error = std::current_exception()) std::rethrow_exception(error);
+    } catch (const std::bad_alloc&) {
+        short_of_memory = true;
+    } catch (...) {
+    }
+    if (!short_of_memory) std::abort();
+    platform::AtomicFile::remove_unfinished();
+    host::say_memory_short({});
+    std::_Exit(host::status_failed);
+}
+
 int main(int argc, char** argv)
 {
+    platform::watch_memory();
+    std::set_terminate(end_without_memory);
     platform::prepare_console();
     int status = host::status_failed;
     try {
@@ -65,8 +87,14 @@ int main(int argc, char** argv)
     } catch (const host::WrongUse& error) {
         host::say(host::message_of(error));
         status = host::status_wrong_use;
+    } catch (const std::bad_alloc&) {
+        host::say_memory_short({});
     } catch (const std::exception& error) {
         host::say(host::message_of(error));
+    }
+    if (status == host::status_done && platform::memory_ran_short()) {
+        host::say_memory_short({});
+        status = host::status_failed;
     }
     // Results that didn't get through are a failure, whatever the command thinks.
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) {

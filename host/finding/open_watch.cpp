@@ -6,6 +6,7 @@
 #include "host/finding/search_path.h"
 #include "lib/platform/files.h"
 #include "lib/platform/latin1.h"
+#include "lib/platform/memory.h"
 #include "lib/platform/text.h"
 
 namespace host {
@@ -16,7 +17,9 @@ OpenWatch::OpenWatch(std::vector<FileReference>& objects, const std::string& dir
     : objects_(objects), directory_(directory)
 {
     platform::set_open_observer(
-        [](void* self, const char* path, const char* opened) { static_cast<OpenWatch*>(self)->opened(path, opened); },
+        [](void* self, const char* path, const char* opened) {
+            platform::noting_short_memory([&] { static_cast<OpenWatch*>(self)->opened(path, opened); });
+        },
         this);
 }
 
@@ -25,7 +28,7 @@ OpenWatch::~OpenWatch()
     platform::set_open_observer(nullptr, nullptr);
 }
 
-void OpenWatch::opened(std::string_view path, std::string_view place) noexcept
+void OpenWatch::opened(std::string_view path, std::string_view place)
 {
     if (std::none_of(path.begin(), path.end(), platform::is_separator)) {
         std::size_t at = next_;

@@ -21,7 +21,7 @@ public:
     OpenWatch& operator=(const OpenWatch&) = delete;
 
 private:
-    void opened(std::string_view path, std::string_view place) noexcept;
+    void opened(std::string_view path, std::string_view place);
     void note(std::string_view path);
     std::string absolute(std::string_view path) const;
 

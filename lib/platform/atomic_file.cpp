@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "lib/platform/memory.h"
+
 namespace platform {
 
 namespace fs = std::filesystem;
@@ -23,13 +25,16 @@ fs::path temporary_name(const fs::path& target)
 
 } // namespace
 
+AtomicFile* AtomicFile::living = nullptr;
+
 void AtomicFile::fail(const char* doing, int error) const
 {
+    if (error == ENOMEM) throw std::bad_alloc();
     throw std::runtime_error(std::string("can't ") + doing + " '" + shown_.string() +
                              "': " + std::generic_category().message(error));
 }
 
-AtomicFile::AtomicFile(const fs::path& target) : shown_(target), target_(target)
+AtomicFile::AtomicFile(const fs::path& target) : shown_(target), target_(target), next_(living)
 {
     std::error_code error;
     const fs::file_status status = fs::status(target, error);
@@ -37,6 +42,7 @@ AtomicFile::AtomicFile(const fs::path& target) : shown_(target), target_(target)
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         file_ = std::fopen(target.string().c_str(), "wb");
         if (!file_) fail("write", errno);
+        living = this;
         return;
     }
     if (fs::is_symlink(fs::symlink_status(target, error))) {
@@ -55,10 +61,14 @@ AtomicFile::AtomicFile(const fs::path& target) : shown_(target), target_(target)
     }
     // A file that is replaced keeps its permissions.
     if (fs::exists(status)) fs::permissions(temporary_, status.permissions(), error);
+    living = this;
 }
 
 AtomicFile::~AtomicFile()
 {
+    AtomicFile** place = &living;
+    while (*place != this) place = &(*place)->next_;
+    *place = next_;
     if (file_) std::fclose(file_);
     std::error_code error;
     if (!committed_ && !temporary_.empty()) fs::remove(temporary_, error);
@@ -80,12 +90,20 @@ void AtomicFile::close()
 void AtomicFile::commit()
 {
     close();
+    throw_if_memory_ran_short();
     if (!temporary_.empty()) {
         std::error_code error;
         fs::rename(temporary_, target_, error);
         if (error) fail("replace", error.value());
     }
     committed_ = true;
+}
+
+void AtomicFile::remove_unfinished() noexcept
+{
+    std::error_code error;
+    for (const AtomicFile* file = living; file; file = file->next_)
+        if (!file->committed_ && !file->temporary_.empty()) fs::remove(file->temporary_, error);
 }
 
 } // namespace platform

@@ -16,8 +16,13 @@ public:
     AtomicFile& operator=(const AtomicFile&) = delete;
 
     void write(const void* data, std::size_t size);
-    void close();  // all bytes are on their way: the last moment at which a full disk is told
-    void commit(); // the new file takes the target's place. Closes where that hasn't been done
+    void close(); // all bytes are on their way: the last moment at which a full disk is told
+    // The new file takes the target's place. Closes where that hasn't been done. Throws std::bad_alloc, and leaves the
+    // old file, where memory ran short meanwhile: nobody knows what the new one lacks.
+    void commit();
+
+    // The temporary files of all that live and aren't committed go: for ends of the program that call no destructor.
+    static void remove_unfinished() noexcept;
 
 private:
     [[noreturn]] void fail(const char* doing, int error) const;
@@ -25,6 +30,8 @@ private:
     std::filesystem::path shown_, target_, temporary_; // temporary_ empty: written in place
     std::FILE* file_ = nullptr;
     bool committed_ = false;
+    AtomicFile* next_; // of all that live
+    static AtomicFile* living;
 };
 
 } // namespace platform

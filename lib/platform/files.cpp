@@ -4,25 +4,23 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <new>
 #include <optional>
-#include <system_error>
 #include <unordered_map>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "lib/platform/memory.h"
 #include "lib/platform/name_folding.h"
 #include "lib/platform/text.h"
 
 namespace platform {
 namespace {
-
-namespace fs = std::filesystem;
 
 struct Listing {
     std::vector<std::string> entries; // sorted by bytes
@@ -65,23 +63,29 @@ bool exists(const std::string& path)
 
 std::string listing_key(const std::string& directory)
 {
-    const fs::path path(directory == "." ? "" : directory);
-    std::error_code error;
-    return path.is_relative() ? (fs::current_path(error) / path).string() : directory;
+    if (directory.starts_with('/')) return directory;
+    char here[PATH_MAX];
+    const std::string place = getcwd(here, sizeof here) ? here : "";
+    return directory == "." ? with_element(place, "") : with_element(place, directory);
 }
 
-// Directories that can't be read have an empty listing, which is kept too.
+struct CloseDirectory {
+    void operator()(DIR* directory) const { closedir(directory); }
+};
+
+// Directories that can't be read have an empty listing, which is kept too. Not by the C++ library's iterators: short of
+// memory, they end the program.
 const Listing& listing_of(const std::string& directory)
 {
     const std::string key = listing_key(directory);
-    std::error_code error;
     if (const auto found = listings.find(key); found != listings.end()) return *found->second;
 
     auto listing = std::make_unique<Listing>();
-    fs::directory_iterator entry(directory.empty() ? "." : directory, error);
-    while (!error && entry != fs::directory_iterator()) {
-        listing->entries.push_back(entry->path().filename().string());
-        entry.increment(error);
+    const std::unique_ptr<DIR, CloseDirectory> open(opendir(directory.empty() ? "." : directory.c_str()));
+    if (!open && errno == ENOMEM) throw std::bad_alloc();
+    while (const dirent* const entry = open ? readdir(open.get()) : nullptr) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") listing->entries.emplace_back(name);
     }
     std::sort(listing->entries.begin(), listing->entries.end());
     for (std::size_t i = 0; i < listing->entries.size(); ++i) {
@@ -271,6 +275,7 @@ std::FILE* open_file(const char* path, const char* mode)
         errno = ENOMEM;
     }
     const int error = errno;
+    if (!file && error == ENOMEM) note_short_memory();
     tell_observer(path, file ? place.c_str() : "");
     errno = error;
     return file;
@@ -278,11 +283,9 @@ std::FILE* open_file(const char* path, const char* mode)
 
 std::string resolve(std::string_view path)
 {
-    try {
-        return resolve_or_throw(path);
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
+    std::string found;
+    noting_short_memory([&] { found = resolve_or_throw(path); });
+    return found;
 }
 
 int make_directory(const char* path)
@@ -295,6 +298,7 @@ int make_directory(const char* path)
         forget_listing_round(place);
         return mkdir(place.c_str(), 0777) == 0 ? 0 : errno;
     } catch (const std::bad_alloc&) {
+        note_short_memory();
         return ENOMEM;
     }
 }
@@ -313,27 +317,30 @@ void set_allowed_roots(std::vector<std::string> roots)
     }
 }
 
+static mode_t kind_of(std::string_view path)
+{
+    struct stat info = {};
+    noting_short_memory([&] { info.st_mode = stat(std::string(path).c_str(), &info) == 0 ? info.st_mode : 0; });
+    return info.st_mode;
+}
+
 bool is_directory(std::string_view path)
 {
-    std::error_code error;
-    return fs::is_directory(fs::path(path), error);
+    return S_ISDIR(kind_of(path));
 }
 
 bool is_file(std::string_view path)
 {
-    std::error_code error;
-    const fs::file_status status = fs::status(fs::path(path), error);
-    return !error && fs::exists(status) && !fs::is_directory(status);
+    const mode_t kind = kind_of(path);
+    return kind != 0 && !S_ISDIR(kind);
 }
 
 const std::vector<std::string>& list_directory(const std::string& directory)
 {
     static const std::vector<std::string> none;
-    try {
-        return listing_of(directory).entries;
-    } catch (const std::bad_alloc&) {
-        return none;
-    }
+    const std::vector<std::string>* entries = &none;
+    noting_short_memory([&] { entries = &listing_of(directory).entries; });
+    return *entries;
 }
 
 void forget_directories()

@@ -15,17 +15,9 @@
 #include <string_view>
 #include <vector>
 
-namespace platform {
+#include "lib/platform/api.h"
 
-#if defined(_WIN32)
-#if defined(LW_PLATFORM_BUILD)
-#define PLATFORM_API __declspec(dllexport)
-#else
-#define PLATFORM_API __declspec(dllimport)
-#endif
-#else
-#define PLATFORM_API __attribute__((visibility("default")))
-#endif
+namespace platform {
 
 // As fopen. Null for a directory, a missing file, or a place outside the allowed roots. A mode that writes makes the
 // file in the resolved directory under the name as given.

@@ -10,6 +10,7 @@
 #include <new>
 #include <system_error>
 
+#include "lib/platform/memory.h"
 #include "lib/platform/wide.h"
 
 namespace platform {
@@ -118,6 +119,7 @@ std::FILE* open_file(const char* path, const char* mode)
         if (file) opened = narrow(place);
         if (file && makes) listings.clear();
     } catch (const std::bad_alloc&) {
+        note_short_memory();
         errno = ENOMEM;
     }
     const int error = errno;
@@ -132,6 +134,7 @@ std::string resolve(std::string_view path)
         const std::wstring place = system_path(path);
         return !place.empty() && exists(place) && is_allowed(place) ? narrow(disk_spelling(place)) : std::string();
     } catch (const std::bad_alloc&) {
+        note_short_memory();
         return {};
     }
 }
@@ -171,6 +174,7 @@ const std::vector<std::string>& list_directory(const std::string& directory)
         std::sort(entries.begin(), entries.end());
         return listings.emplace(key, std::move(entries)).first->second;
     } catch (const std::bad_alloc&) {
+        note_short_memory();
         return none;
     }
 }

@@ -237,7 +237,8 @@ int printf(const char* format, ...)
 int fflush(std::FILE* stream)
 {
     NEXT(fflush);
-    return stream && stream_fails(writing, stream, ENOSPC) ? EOF : real(stream);
+    const bool pending = stream && stream->_IO_write_ptr != stream->_IO_write_base;
+    return pending && stream_fails(writing, stream, ENOSPC) ? EOF : real(stream);
 }
 
 int fclose(std::FILE* stream)

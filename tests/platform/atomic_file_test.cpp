@@ -10,6 +10,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "lib/platform/memory.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -80,6 +82,21 @@ TEST_F(AtomicFile, PlacesThatCantBeWrittenAreNamed)
               "can't write '" + (folder / "no" / "a").string() + "': No such file or directory");
     fs::create_directory(folder / "dir");
     EXPECT_EQ(write(folder / "dir"), "can't write '" + (folder / "dir").string() + "': Is a directory");
+}
+
+TEST_F(AtomicFile, ShortMemoryAndEarlyEndsLeaveWhatWasThere)
+{
+    const fs::path out = folder / "old";
+    std::ofstream(out) << "old";
+    platform::note_short_memory(); // noted somewhere, while the file was made
+    EXPECT_THROW(write(out), std::bad_alloc);
+    platform::forget_short_memory();
+    EXPECT_EQ(content(out), "old");
+    EXPECT_THAT(files(), testing::ElementsAre("old"));
+
+    platform::AtomicFile first(out), second(folder / "new");
+    platform::AtomicFile::remove_unfinished();
+    EXPECT_THAT(files(), testing::ElementsAre("old"));
 }
 
 TEST_F(AtomicFile, LinksAreFollowedAndPermissionsKept)
