@@ -309,7 +309,7 @@ TEST(Kept, PngWithoutWhatViewersDisagreeAbout)
 {
     const std::string plain = test::four_colors_png();
     std::string gamma = plain;
-    gamma.insert(33, std::string("\0\0\0\x04gAMA\0\0\xb1\x8f\x0b\xfc\x61\x05", 16)); // behind IHDR
+    gamma.insert(33, std::string("\0\0\0\x04gAMA\0\0\xb1\x8f\x0b\xfc\x61\x05", 16)); // after IHDR
     const auto kept = gltf::keep_png(bytes(gamma));
     ASSERT_TRUE(kept);
     EXPECT_EQ(*kept, bytes(plain));

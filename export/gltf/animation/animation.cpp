@@ -130,7 +130,7 @@ uint32_t Animator::spline_sampler(const std::array<Track, 3>& tracks, double fac
 {
     if (still_ || (is_constant(tracks[0]) && is_constant(tracks[1]) && is_constant(tracks[2]))) return none;
     const std::vector<Moment> keys = moments(tracks, 0);
-    std::vector<float> values; // a key: slopes in, values, slopes out, three numbers each
+    std::vector<float> values; // for each key slopes in, values, slopes out, three numbers each
     values.reserve(keys.size() * 9);
     const double per_second = units_per_second * factor;
     for (std::size_t i = 0; i < keys.size(); ++i) {

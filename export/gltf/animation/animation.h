@@ -41,7 +41,7 @@ public:
     bool still() const { return still_; }
     double frame() const; // from one frame to the next, 1/4800 s
 
-    // Made once an instance, however often it is placed. The instance is one that tv::is_animated.
+    // Made once for each instance, however often it is placed. The instance is one that tv::is_animated.
     const Motion& motion(tv::Id instance);
 
     const Span& clip() const { return clip_; } // first and last time, 1/4800 s
@@ -68,7 +68,7 @@ public:
     // What no node has: the JSON pointer of a property.
     void add_pointer(std::string pointer, uint32_t sampler);
 
-    // Behind the last channel: notes on what was cut, and the time line into the extras.
+    // After the last channel: notes on what was cut, and the time line into the extras.
     void finish();
 
 private:

@@ -44,8 +44,8 @@ Knot seam(const Track& turn, double time)
     return {time, turn.back().value_in, turn.front().value_out, turn.back().slope_in, turn.front().slope_out, false};
 }
 
-// Copies of `turn` behind it, until `end` is covered.
-bool repeat_behind(const Track& turn, double end, std::size_t limit, Track& track)
+// Copies of `turn` after it, until `end` is covered.
+bool repeat_after(const Track& turn, double end, std::size_t limit, Track& track)
 {
     const double period = turn.back().time - turn.front().time;
     double shift = period;
@@ -104,7 +104,7 @@ Track make_track(const tv::Channel& channel, double fallback, const TrackLimits&
     if (own.size() < 2) return track;
     bool complete = true;
     if (channel.after == tv::Extrapolation::cycle)
-        complete = repeat_behind(own, limits.end, limits.knots, track);
+        complete = repeat_after(own, limits.end, limits.knots, track);
     else if (channel.after == tv::Extrapolation::reset && limits.end > own.back().time) {
         track.back().value_out = own.front().value_in;
         track.back().late = true;
@@ -116,13 +116,13 @@ Track make_track(const tv::Channel& channel, double fallback, const TrackLimits&
 
 namespace {
 
-// The first knot behind `time`, or at it where `behind` is off.
-Track::const_iterator next_knot(const Track& track, double time, bool behind)
+// The first knot after `time`, or at it where `after` is off.
+Track::const_iterator next_knot(const Track& track, double time, bool after)
 {
-    return behind ? std::upper_bound(track.begin(), track.end(), time,
-                                     [](double t, const Knot& knot) { return t < knot.time; })
-                  : std::lower_bound(track.begin(), track.end(), time,
-                                     [](const Knot& knot, double t) { return knot.time < t; });
+    return after ? std::upper_bound(track.begin(), track.end(), time,
+                                    [](double t, const Knot& knot) { return t < knot.time; })
+                 : std::lower_bound(track.begin(), track.end(), time,
+                                    [](const Knot& knot, double t) { return knot.time < t; });
 }
 
 // A Hermite piece as a polynomial of s, 0 to 1: value = from + a s + square s^2 + cube s^3.
@@ -150,12 +150,12 @@ double value_at(const Track& track, double time)
     return piece.from + s * (piece.a + s * (piece.square + s * piece.cube));
 }
 
-double slope_at(const Track& track, double time, bool behind)
+double slope_at(const Track& track, double time, bool after)
 {
-    const auto next = next_knot(track, time, behind);
+    const auto next = next_knot(track, time, after);
     if (next == track.begin() || next == track.end()) return 0; // it holds outside
-    if (!behind && next->time == time) return next->slope_in;
-    if (behind && (next - 1)->time == time) return (next - 1)->slope_out;
+    if (!after && next->time == time) return next->slope_in;
+    if (after && (next - 1)->time == time) return (next - 1)->slope_out;
     const Piece piece(*(next - 1), *next);
     const double s = (time - (next - 1)->time) / piece.length;
     return (piece.a + s * (2 * piece.square + 3 * s * piece.cube)) / piece.length;

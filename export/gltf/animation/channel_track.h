@@ -11,13 +11,13 @@ namespace gltf {
 // Times in 1/4800 s, slopes as change of value per 1/4800 s. Where value_in and value_out differ the channel jumps.
 struct Knot {
     double time = 0;
-    double value_in = 0, value_out = 0; // what the piece before ends in, and the piece behind starts from
+    double value_in = 0, value_out = 0; // what the piece before ends in, and the piece after starts from
     double slope_in = 0, slope_out = 0;
     bool late = false; // at `time` itself a jump hasn't happened yet
     bool jumps() const { return value_in != value_out; }
 };
 
-// At least one knot, times rising. Before the first and behind the last one the value holds.
+// At least one knot, times rising. Before the first and after the last one the value holds.
 using Track = std::vector<Knot>;
 
 // Repeating a short range over a long time line could make any number of knots: at most `knots` are made beyond the
@@ -37,8 +37,8 @@ Track make_track(const tv::Channel& channel, double fallback, const TrackLimits&
 
 double value_at(const Track& track, double time);
 
-// The slope of the piece that ends at `time`, or with `behind` of the one that starts there.
-double slope_at(const Track& track, double time, bool behind);
+// The slope of the piece that ends at `time`, or with `after` of the one that starts there.
+double slope_at(const Track& track, double time, bool after);
 
 // The same between two times, with a knot at each of them; a single knot where end isn't above start.
 Track crop(const Track& track, double start, double end);

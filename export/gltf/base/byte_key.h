@@ -1,4 +1,4 @@
-// Keys of what has been made already: the bytes of all that it depends on, so that no two differ and are taken for one.
+// Keys of what has been made already: the bytes of all that it depends on, so that no two that differ are taken for one.
 #pragma once
 #include <cstring>
 #include <string>

@@ -185,7 +185,7 @@ struct Views {
 
 Views make_views(const Buffer& buffer, bool with_images)
 {
-    // What a view is for, and its stride; 0: not told.
+    // What a view is for, and its stride; 0: not stated.
     struct Form {
         int target, stride;
     };

@@ -10,7 +10,7 @@ namespace gltf {
 // Where the data lies. A .glb file's is its own second chunk (no uri) and holds the images.
 struct JsonTarget {
     std::string buffer_uri;              // empty: the GLB chunk
-    std::vector<std::string> image_uris; // one an image; empty: in the buffer
+    std::vector<std::string> image_uris; // one for each image; empty: they lie in the buffer
     bool lines = false;                  // a line for each thing, for people and diffs; else as short as can be
 };
 

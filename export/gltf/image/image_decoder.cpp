@@ -224,7 +224,7 @@ bool may_have_alpha(const AVFrame& frame)
 void convert(const AVFrame& frame, Lw_Decoded_Image& out)
 {
     const std::size_t row = std::size_t{4} * static_cast<std::size_t>(frame.width);
-    // Some rows more than needed: the converters' wide stores may run past the last one.
+    // 64 bytes more than the rows take: the converters' wide stores may run past the end of the last one.
     std::unique_ptr<unsigned char, decltype(&std::free)> pixels(
         static_cast<unsigned char*>(std::malloc(row * static_cast<std::size_t>(frame.height) + 64)), &std::free);
     if (!pixels) throw std::bad_alloc();

@@ -16,7 +16,7 @@ extern "C" {
 
 typedef struct Lw_Decoded_Image {
     uint32_t width, height;
-    unsigned char* rgba; /* rows from the top, 4 bytes a pixel, without gaps; goes back by lw_free_image */
+    unsigned char* rgba; /* rows from the top, 4 bytes per pixel, without gaps; goes back by lw_free_image */
     int32_t kept_alpha;  /* the file has an alpha channel or a transparent colour, and it is in `rgba` */
 } Lw_Decoded_Image;
 

@@ -64,7 +64,7 @@ uint32_t magnitude(uint32_t two_complement) // a bitmap stored from the top has 
 void read_bmp_size(Bytes bytes, ImageHeader& header)
 {
     if (bytes.size() < 26) return;
-    if (le32(&bytes[14]) == 12) { // the oldest form, with 16 bits a side
+    if (le32(&bytes[14]) == 12) { // the oldest form, with 16 bits per side
         header.width = le16(&bytes[18]);
         header.height = le16(&bytes[20]);
         return;
@@ -79,7 +79,7 @@ JpegFrame read_jpeg_frame(Bytes bytes)
 {
     JpegFrame frame;
     if (bytes.size() < 4 || bytes[0] != 0xff || bytes[1] != 0xd8) return frame;
-    // Some writers pad behind the end marker, so it is looked for in the last bytes rather than at the very end.
+    // Some writers pad after the end marker, so it is looked for in the last bytes rather than at the very end.
     const std::size_t tail = std::min<std::size_t>(bytes.size(), 64);
     for (std::size_t i = bytes.size() - tail; i + 1 < bytes.size(); i++)
         if (bytes[i] == 0xff && bytes[i + 1] == 0xd9) frame.complete = true;

@@ -10,14 +10,14 @@ enum class ImageKind : uint8_t { unknown, iff, png, jpeg, tga, bmp, gif, tiff, p
 
 struct ImageHeader {
     ImageKind kind = ImageKind::unknown;
-    uint32_t width = 0, height = 0; // 0: not told where one looks first (TIFF), or cut off
+    uint32_t width = 0, height = 0; // 0: it stands deeper in the file (TIFF), or the file is cut off
 };
 
 // Total: any bytes have a header. Targa files have no signature; one is taken for it when nothing else fits and its
 // header makes sense.
 ImageHeader read_image_header(std::span<const unsigned char> bytes);
 
-const char* kind_name(ImageKind kind); // "ILBM", "PNG" ...
+const char* kind_name(ImageKind kind); // "IFF", "PNG" ...
 
 // A JPEG stream's frame: what must be known to put the file into glTF as it is.
 struct JpegFrame {

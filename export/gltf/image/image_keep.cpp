@@ -31,7 +31,7 @@ std::optional<std::vector<unsigned char>> keep_png(Bytes file)
         const auto is = [&](const char* other) { return std::memcmp(name, other, 4) == 0; };
         const uLong check = crc32(0, &file[at + 4], static_cast<uInt>(size + 4));
         if (check != be32(&file[at + 8 + size])) return std::nullopt;
-        // 16 bits a colour are twice the size for nothing that a viewer shows, and 4 in the next byte is an alpha channel.
+        // 16 bits per colour are twice the size for nothing that a viewer shows, and 4 in the next byte is an alpha channel.
         if (is("IHDR") && (size != 13 || file[at + 16] > 8 || (file[at + 17] & 4) != 0)) return std::nullopt;
         if (is("tRNS") || is("acTL")) return std::nullopt;
         if (is("IHDR") || is("PLTE") || is("IDAT") || is("IEND")) append(kept, file.subspan(at, 12 + size));

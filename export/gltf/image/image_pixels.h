@@ -6,7 +6,7 @@
 
 namespace gltf {
 
-// Rows from the top, 4 bytes a pixel (red, green, blue, alpha), without gaps.
+// Rows from the top, 4 bytes per pixel (red, green, blue, alpha), without gaps.
 struct Pixels {
     uint32_t width = 0, height = 0;
     std::vector<unsigned char> rgba;

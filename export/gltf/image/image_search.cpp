@@ -42,7 +42,7 @@ bool relative(std::string_view name)
     return name.find(':') == std::string_view::npos && !platform::is_separator(name.front());
 }
 
-// Without an extension that means an image; other text behind a dot belongs to the name.
+// Without an extension that means an image; other text after a dot belongs to the name.
 std::string_view base_name(std::string_view name)
 {
     const std::size_t dot = name.rfind('.');

@@ -18,7 +18,7 @@ struct ImagePlace {
     std::vector<std::string> tried; // without a path: every place, UTF-8
 };
 
-// The name without the marks behind it, "(sequence)" and "(none)", and blanks. `sequence` tells whether there was one.
+// The name without the marks after it, "(sequence)" and "(none)", and blanks. `sequence` tells whether there was one.
 std::string_view plain_image_name(std::string_view name, bool& sequence);
 
 // Looks in the directories (system paths) in order: for the name itself in all of them, then for its base name.

@@ -34,7 +34,7 @@ public:
     // the report, with the surface (UTF-8) that asked. Files stay where they are.
     ImageFile* open(const std::string& name, const std::string& surface);
 
-    // Opaque: the alpha channel of a file had no say in a scene of old, and in many Targa files it is 0 throughout.
+    // Opaque: scenes of the time ignored the alpha channel of a file, and in many Targa files it is 0 throughout.
     // Decoded anew where it was dropped for want of room. Null when the file has gone in between.
     std::shared_ptr<const Pixels> pixels(ImageFile& file);
 
@@ -52,8 +52,8 @@ private:
     const Options& options_;
     NoteBook& notes_;
     std::deque<ImageFile> files_;
-    std::unordered_map<std::string, ImageFile*> by_name_; // null: can't be had, and told
-    std::unordered_map<std::string, ImageFile*> by_path_; // null: unreadable, and told
+    std::unordered_map<std::string, ImageFile*> by_name_; // null: can't be had, and reported
+    std::unordered_map<std::string, ImageFile*> by_path_; // null: unreadable, and reported
     std::list<Kept> recent_;                              // the last used one first
     std::size_t recent_bytes_ = 0;
 };

@@ -111,7 +111,8 @@ unsigned char byte_of(float x)
 }
 
 // A procedural texture over the projection's square. Each pixel costs far more than one of an image, so that there are
-// limits to their number; sharp edges get four looks a pixel, and noise, which has none, one.
+// limits to their number; patterns with sharp edges are looked at four times
+// in each pixel, and noise, which has none, once.
 Pixels bake(const Procedural& procedural, const SlotPlan& plan, const tv::TextureProjection& frame)
 {
     constexpr uint32_t longest = 1024;

@@ -32,7 +32,7 @@ class MaterialMaker {
 public:
     MaterialMaker(const tv::Scene& scene, const Options& options, Tables& tables, Report& report);
 
-    // One material a surface, or one for each way in which its textures come out. no_id: plain pale paint.
+    // One material for each surface, or one for each way in which its textures come out. no_id: plain pale paint.
     // `inside`: all texture coordinates lie within 0..1.
     MadeMaterial material(tv::Id surface, const tv::TextureProjection* frame, bool inside, const Fading& fading = {});
 

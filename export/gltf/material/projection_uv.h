@@ -6,7 +6,7 @@
 //                 goes once round, reads the right way round from outside, and has its middle opposite the seam.
 //   spherical     the same round the axis V; its height spans the angle from the pole at -V to the pole at +V. Only
 //                 the directions of U and V count.
-//   box           six pictures, one a side of the box at O; a face takes the side that it looks to most, and each
+//   box           six pictures, one for each side of the box at O; a face takes the side that it looks to most, and each
 //                 reads the right way round from outside. Top and bottom have U to the right.
 #pragma once
 #include <array>

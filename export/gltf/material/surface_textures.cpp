@@ -16,7 +16,7 @@ namespace gltf {
 namespace {
 
 // Mixed pictures are made for each surface (and for procedurals for each projection), so that their number follows the
-// scene and not its files. Beyond these limits they get coarser, and projections share one, which is told.
+// scene and not its files. Beyond these limits they get coarser, and projections share one; the report says so.
 constexpr uint64_t fine_pixels = uint64_t{1} << 30;
 constexpr uint32_t coarse_side = 256;
 constexpr std::size_t most_frames = 32; // of one surface

@@ -33,11 +33,11 @@ struct MeshMaker::Build {
     UvProjector projector;
     glm::dmat4 to_frame{1}; // from the primitive's space to the frame's
     glm::dmat3 normal_to_frame{1};
-    std::vector<Group> groups; // one a surface, in the order in which polygons name them
+    std::vector<Group> groups; // one for each surface, in the order in which polygons name them
     std::unordered_map<tv::Id, std::size_t> group_of;
     PolygonFaults* faults = nullptr;
 
-    // The polygon at work. Behind its corners stand the points that tessellation added.
+    // The polygon at work. After its corners come the points that tessellation added.
     std::vector<glm::dvec3> points, normals;
     std::vector<glm::dvec3> morph;      // of each point; empty: no morph target
     std::vector<uint32_t> point_names;  // what keeps points apart that morph differently; beside `morph`
@@ -68,7 +68,7 @@ std::array<float, 3> floats_of(const glm::dvec3& v)
     return {file_float(v.x), file_float(v.y), file_float(v.z)};
 }
 
-// Points and normals of what tessellation added, behind those of the corners.
+// Points and normals of what tessellation added, after those of the corners.
 void mix_added(const Triangles& triangles, std::vector<glm::dvec3>& points, std::vector<glm::dvec3>& normals,
                const glm::dvec3& polygon_normal)
 {
@@ -194,7 +194,7 @@ void MeshMaker::add_primitive(std::size_t number, Build& build)
     build.points_named += static_cast<uint32_t>(primitive.positions.size() / 3);
     const CleanPolygons polygons = clean_polygons(primitive, build.object->surface, scale_, *build.faults);
     const tv::PolygonView view = polygons.view();
-    std::vector<float> smooth; // a normal a corner; empty: flat
+    std::vector<float> smooth; // a normal for each corner; empty: flat
     if (const auto angle = build.object->smoothing_angle; angle && *angle > 0 && !polygons.corners.empty()) {
         constexpr auto radians = static_cast<float>(tv::radians_per_degree), half_turn = static_cast<float>(tv::pi);
         smooth.resize(3 * polygons.corners.size());

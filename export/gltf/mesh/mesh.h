@@ -35,7 +35,7 @@ public:
     uint32_t mesh(tv::Id object, const tv::TextureProjection& projection, const std::array<double, 16>& world,
                   const MeshLook& look = {});
 
-    void finish(); // behind the last mesh: one note for all polygons left out, one for those too tangled
+    void finish(); // after the last mesh: one note for all polygons left out, one for those too tangled
 
 private:
     struct Group;

@@ -36,7 +36,7 @@ CleanPolygons clean_polygons(const tv::Primitive& primitive, tv::Id object_surfa
         const std::size_t size = static_cast<std::size_t>(std::max(primitive.sizes[polygon], 0));
         const std::size_t first = at;
         if (size > primitive.corners.size() - at) {
-            // Nothing behind it can be trusted either: where it would start is not known.
+            // Nothing after it can be trusted either: where it would start is not known.
             faults.bad_index += primitive.sizes.size() - polygon;
             break;
         }

@@ -25,7 +25,7 @@ struct PolygonFaults {
 struct CleanPolygons {
     const std::vector<float>* positions = nullptr; // the primitive's own
     std::vector<int32_t> corners, sizes;           // point numbers from 1; clockwise seen from the visible side
-    std::vector<tv::Id> surfaces;                  // one a polygon; no_id: none
+    std::vector<tv::Id> surfaces;                  // one for each polygon; no_id: none
 
     tv::PolygonView view() const { return {*positions, corners, sizes}; }
 };

@@ -13,7 +13,7 @@ namespace gltf {
 // Seen from its front the triangle shows the picture mirrored.
 bool is_mirrored(const std::array<Uv, 3>& uv);
 
-// Four numbers a vertex: where the picture's u runs, at a right angle to the normal and of length 1, and the side of
+// Four numbers for each vertex: where the picture's u runs, at a right angle to the normal and of length 1, and the side of
 // its upward direction: +1, or -1 on mirrored triangles. Triangles weigh by area.
 std::vector<float> vertex_tangents(const VertexTable& vertices, std::span<const uint32_t> indices);
 

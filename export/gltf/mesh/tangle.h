@@ -5,8 +5,8 @@
 
 namespace gltf {
 
-// True where the tessellation library, which sweeps along x, would take more than some microseconds a corner, or would
-// make more than some triangles a corner: an ordinary mesh with one damaged number becomes such polygons, of thousands
+// True where the tessellation library, which sweeps along x, would take more than a few microseconds per corner, or
+// would make more than a few triangles per corner: an ordinary mesh with one damaged number becomes such polygons, of thousands
 // of corners. Coordinates about 1 in size. Its own time is in proportion to the corners too.
 bool too_tangled(std::span<const glm::dvec2> outline);
 
