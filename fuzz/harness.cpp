@@ -61,7 +61,7 @@ void check_scene()
         }
     }
     std::vector<tv::Placement> places;
-    tv::place_all(0, 20'000, places);
+    tv::place_all(tv::scene(), 0, 20'000, places);
     float upper[3], lower[3];
     Tv_Compute_Worldspace_Extents(upper, lower, 0);
 }

@@ -68,6 +68,21 @@ TEST_F(Output, SeparateFilesHoldTheSame)
               "can't tell what to write from the name 'a.obj': it has to end in .glb or .gltf");
 }
 
+TEST_F(Output, TheSceneThatIsGivenIsWrittenAndNoOther)
+{
+    instance("of the toolkit's scene");
+    tv::Scene own;
+    own.instances.emplace_back().name = "world";
+    tv::Instance& thing = own.instances.emplace_back();
+    thing.name = "thing";
+    thing.parent_kind = tv::Kind::instance;
+    thing.parent = 0;
+    own.instances[0].children = {1, 1, 1};
+    const gltf::Tables tables = gltf::make_tables(own, {}).tables;
+    ASSERT_EQ(tables.nodes.size(), 1u);
+    EXPECT_EQ(tables.nodes[0].name, "thing");
+}
+
 TEST_F(Output, SourceAndOptionsAreTold)
 {
     instance("thing");

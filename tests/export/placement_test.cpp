@@ -32,7 +32,7 @@ protected:
             times.push_back(frame * std::floor((line.start + (line.end - line.start) * i / 9.0) / frame));
         for (const double time : times) {
             std::vector<tv::Placement> places;
-            ASSERT_TRUE(tv::place_all(time, 1000000, places));
+            ASSERT_TRUE(tv::place_all(tv::scene(), time, 1000000, places));
             std::vector<glm::dmat4> nodes;
             std::vector<std::string> names;
             for (const auto& root : file.json["scenes"][0]["nodes"])
@@ -280,7 +280,7 @@ TEST_F(Placement, AStillStandsAtItsFrameAndDoesntMove)
     const GltfFile file = write(options);
     EXPECT_FALSE(file.json.contains("animations"));
     std::vector<tv::Placement> places;
-    ASSERT_TRUE(tv::place_all(43.5 * 160, 100, places));
+    ASSERT_TRUE(tv::place_all(tv::scene(), 43.5 * 160, 100, places));
     for (std::size_t i = 1; i < places.size(); ++i) {
         const std::string name = tv::scene().instances[places[i].instance].name == "part" ? "part pivot" : "child";
         EXPECT_LT(largest_difference(file.world(*file.node(name), 0), gltf::to_glm(places[i].world)), 1e-5) << name;

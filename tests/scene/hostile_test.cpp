@@ -41,7 +41,7 @@ protected:
     {
         Conversion run = convert(scene, words);
         places_.clear();
-        EXPECT_TRUE(tv::place_all(0, 100000, places_));
+        EXPECT_TRUE(tv::place_all(tv::scene(), 0, 100000, places_));
         plugin_test::start_fresh();
         const uint64_t before = held_;
         held_ = tv::allocations_held();

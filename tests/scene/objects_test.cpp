@@ -189,7 +189,7 @@ TEST_F(Objects, CyclesLoseNothing)
                                           "LoadObject ship.lwo\nParentObject 1\n");
     EXPECT_EQ(run.result, 0);
     std::vector<tv::Placement> places;
-    ASSERT_TRUE(tv::place_all(0, 1000, places));
+    ASSERT_TRUE(tv::place_all(tv::scene(), 0, 1000, places));
     for (const char* name : {"ship", "ship #2", "ship #3"}) {
         const tv::Id id = tv::scene().find(tv::Kind::instance, name);
         const auto here = [id](const tv::Placement& place) { return place.instance == id; };

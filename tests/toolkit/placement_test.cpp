@@ -118,7 +118,7 @@ TEST_F(Place, ChildrenOfAnObjectShowInEachInstance)
     move("dot", 0, 1, 0);
     expect_box({5, 1, 0}, {-5, 1, 0});
     std::vector<tv::Placement> places;
-    ASSERT_TRUE(tv::place_all(0, 100, places));
+    ASSERT_TRUE(tv::place_all(tv::scene(), 0, 100, places));
     EXPECT_EQ(places.size(), 5u);
 }
 

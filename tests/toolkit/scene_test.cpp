@@ -130,7 +130,7 @@ TEST_F(Tree, CyclesThroughInstancesAndObjectsAreFound)
     EXPECT_THAT(report(), HasSubstr("ERR_SCENE_BAD_PARENT"));
     EXPECT_EQ(at("group").object, tv::no_id);
     std::vector<tv::Placement> places;
-    EXPECT_TRUE(tv::place_all(0, 1000, places));
+    EXPECT_TRUE(tv::place_all(tv::scene(), 0, 1000, places));
 }
 
 TEST_F(Tree, RemovingHangsTheChildrenUnderWorld)
@@ -173,7 +173,7 @@ TEST_F(Tree, DeepChainsBuiltFromEitherEnd)
     for (int i = 0; i < depth; ++i) Tv_Add_Empty_Node(w("instance"), name(i).c_str(), 0);
     for (int i = 0; i < depth; ++i) attach(name(i).c_str(), "instance", i ? name(i - 1).c_str() : "world");
     std::vector<tv::Placement> places;
-    ASSERT_TRUE(tv::place_all(0, 2 * depth, places));
+    ASSERT_TRUE(tv::place_all(tv::scene(), 0, 2 * depth, places));
     EXPECT_EQ(places.back().depth, static_cast<uint32_t>(depth));
     float upper[3], lower[3];
     Tv_Compute_Worldspace_Extents(upper, lower, 0);
@@ -196,7 +196,7 @@ TEST_F(Tree, PlacesMultiplyAndAreBounded)
         add_instance(("right " + name(i)).c_str(), name(i).c_str(), "object", name(i - 1).c_str());
     }
     std::vector<tv::Placement> places;
-    EXPECT_FALSE(tv::place_all(0, 1000, places)); // of 2^41
+    EXPECT_FALSE(tv::place_all(tv::scene(), 0, 1000, places)); // of 2^41
     ASSERT_EQ(places.size(), 1000u);
     EXPECT_EQ(places[0].parent, 0u);
     for (std::size_t i = 1; i < places.size(); ++i) {

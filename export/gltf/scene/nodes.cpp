@@ -13,7 +13,7 @@ namespace gltf {
 std::vector<tv::Placement> all_places(const tv::Scene& scene, double time, Stage& stage)
 {
     std::vector<tv::Placement> places;
-    if (!tv::place_all(time, most_places, places))
+    if (!tv::place_all(scene, time, most_places, places))
         throw std::runtime_error("the scene has more than " + std::to_string(most_places) +
                                  " nodes: instances of objects that hold other instances multiply");
     if (!Stage::has_targets(scene)) return places;

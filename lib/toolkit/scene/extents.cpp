@@ -161,7 +161,7 @@ Box measure_scene()
     const Scene& in = scene();
     kept.objects.resize(in.objects.size());
     Box box;
-    const bool all = walk_places(static_cast<double>(in.time_line.current), most_places, [&](const Placement& at) {
+    const bool all = walk_places(in, static_cast<double>(in.time_line.current), most_places, [&](const Placement& at) {
         const Id object = in.instances[at.instance].object;
         if (object == no_id) return;
         const std::vector<Primitive>& primitives = in.objects[object].primitives;

@@ -71,10 +71,10 @@ std::array<double, 16> local_matrix(const Instance& instance, double time)
     return m;
 }
 
-bool place_all(double time, std::size_t limit, std::vector<Placement>& out)
+bool place_all(const Scene& scene, double time, std::size_t limit, std::vector<Placement>& out)
 {
     out.clear();
-    return walk_places(time, limit, [&](const Placement& at) { out.push_back(at); });
+    return walk_places(scene, time, limit, [&](const Placement& at) { out.push_back(at); });
 }
 
 } // namespace tv

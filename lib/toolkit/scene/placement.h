@@ -11,9 +11,8 @@ namespace tv {
 // Calls visit(const Placement&) for every place, parents before children, without recursion: hierarchies come 100,000
 // levels deep. `parent` counts the visits from 0. False when `limit` places were visited and more are left.
 template <class Visit>
-bool walk_places(double time, std::size_t limit, Visit visit)
+bool walk_places(const Scene& in, double time, std::size_t limit, Visit visit)
 {
-    const Scene& in = scene();
     struct Pending {
         Id instance; // it and the siblings behind it
         Placement parent;

@@ -306,7 +306,7 @@ struct Placement {
     uint32_t depth = 0;
     std::array<double, 16> world{};
 };
-TV_API bool place_all(double time, std::size_t limit, std::vector<Placement>& out);
+TV_API bool place_all(const Scene& scene, double time, std::size_t limit, std::vector<Placement>& out);
 
 // True when channels exist and at least one holds a key: then they, not the matrix, place the instance.
 TV_API bool is_animated(const Instance& instance);
