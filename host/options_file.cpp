@@ -155,7 +155,7 @@ void set_options_file_value(lw_option_number option, const std::string& value)
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& error) {
-        throw Failure(message<"options-not-written">(error.what()));
+        throw Failure(message<"options-not-written">(messages::text(message_of(error))));
     }
 }
 

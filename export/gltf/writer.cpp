@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <stdexcept>
 
 #include "export/gltf/file/output.h"
 #include "export/gltf/scene/backdrop.h"
@@ -32,7 +31,7 @@ Json json_extras(const tv::Scene& scene, const Options& options)
 void fill_tables(const tv::Scene& scene, const Options& options, Tables& tables, Report& report)
 {
     if (!(options.scale > 0) || !std::isfinite(options.scale))
-        throw std::runtime_error("the scale has to be a number above 0");
+        throw messages::Error(messages::message<"scale-wrong">());
     tables.source_name = options.source_name;
     tables.generator = options.generator;
     tables.asset_extras = json_extras(scene, options);
@@ -94,8 +93,7 @@ void write_file(const Tables& tables, const std::filesystem::path& out)
     } else if (platform::ends_in_any_case(name, ".gltf")) {
         write_gltf_files(tables, out);
     } else {
-        throw std::runtime_error("can't tell what to write from the name '" + name +
-                                 "': it has to end in .glb or .gltf");
+        throw messages::Error(messages::message<"ending-unknown">(name));
     }
 }
 
@@ -111,7 +109,7 @@ std::vector<unsigned char> file_bytes(const Tables& tables, const std::string& f
     else if (format == "gltf")
         write_self_contained_gltf(tables, sink);
     else
-        throw std::runtime_error("unknown format '" + format + "': there are glb and gltf");
+        throw messages::Error(messages::message<"kind-unknown">(format));
     return bytes;
 }
 

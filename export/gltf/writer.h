@@ -17,13 +17,13 @@ struct MadeTables {
     Report report;
 };
 
-// All that there is to complain of is in the report, before anything is written. Throws std::runtime_error with one
-// clear line (UTF-8) when the scene has no place in the format.
+// All that there is to complain of is in the report, before anything is written. Throws messages::Error
+// when the scene has no place in the format.
 MadeTables make_tables(const tv::Scene& scene, const Options& options);
 
 // Writes `out`, whose ending decides: .glb (everything inside) or .gltf (with a .bin beside it, and image files). Each
 // file is written to a temporary one beside its target and renamed, so that a failure leaves what was there before.
-// Throws std::runtime_error with one clear line (UTF-8) when something can't be written.
+// Throws messages::Error, and platform::FileError when something can't be written.
 void write_file(const Tables& tables, const std::filesystem::path& out);
 
 // The same as one block of bytes, for standard output: format "glb", or "gltf" (buffers and images as data URIs).

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <string_view>
 
 #include "export/gltf/file/base64.h"
 #include "export/page/viewer_page.h"
+#include "lib/messages/message.h"
 
 namespace page {
 
@@ -112,8 +112,7 @@ bool has_viewer()
 void write_page(std::span<const unsigned char> glb, const Contents& contents,
                 const std::function<void(const void*, std::size_t)>& sink)
 {
-    if (glb.size() > largest_glb)
-        throw std::runtime_error("the scene takes more than 1 GiB, which browsers don't open in a page; write .glb");
+    if (glb.size() > largest_glb) throw messages::Error(messages::message<"page-too-large">());
     std::string_view rest = viewer_page;
     // What stands before the mark goes out, and the mark is dropped.
     const auto up_to = [&](std::string_view mark) {

@@ -44,7 +44,7 @@ struct Contents {
 // False for a build that was made without the tools that the viewer needs.
 bool has_viewer();
 
-// Where has_viewer(). Hands out the page from its beginning to its end. Throws std::runtime_error where the GLB is
+// Where has_viewer(). Hands out the page from its beginning to its end. Throws messages::Error where the GLB is
 // larger than browsers hold.
 void write_page(std::span<const unsigned char> glb, const Contents& contents,
                 const std::function<void(const void*, std::size_t)>& sink);

@@ -116,10 +116,7 @@ static void tell_missing_images(const gltf::Report& report, const ImportRun& run
 
 static void tell_notes(const gltf::Report& report, const std::string& name)
 {
-    for (const gltf::Note& note : report.notes)
-        say(about(name, note.level == gltf::Note::Level::info      ? message<"export-note">(note.text)
-                        : note.level == gltf::Note::Level::warning ? message<"export-warning">(note.text)
-                                                                   : message<"export-error">(note.text)));
+    for (const Message& note : report.notes) say(about(name, note));
 }
 
 static void tell_summary(const Job& job, double seconds)
@@ -173,7 +170,7 @@ static bool has_warnings(const gltf::Report& report)
 {
     return !report.missing_images.empty() ||
            std::any_of(report.notes.begin(), report.notes.end(),
-                       [](const gltf::Note& note) { return note.level != gltf::Note::Level::info; });
+                       [](const Message& note) { return note.row->level > messages::Level::info; });
 }
 
 static void make_directory_of(const fs::path& output)

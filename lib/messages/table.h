@@ -124,6 +124,8 @@ inline constexpr Row conversion_rows[] = {
      "{files:,file|files}: {converted:,} converted[, {left:,} left alone][, {failed:,} failed], stopped"
      "[; {missing:parts}]"},
     {"directory-not-made", error, "cannot make the directory {directory}: {reason}"},
+    {"file-not-written", error, "can't write '{file}': {reason}", "An old file stays as it was."},
+    {"file-not-replaced", error, "can't replace '{file}': {reason}", "The old file stays as it was."},
     {"standard-output-failed", error, "cannot write to standard output[: {reason}]"},
 };
 
@@ -172,9 +174,64 @@ inline constexpr Row restore_rows[] = {
 };
 
 inline constexpr Row gltf_rows[] = {
-    {"export-note", info, "{text}"},
-    {"export-warning", warning, "{text}"},
-    {"export-error", error, "{text}"},
+    {"polygons-left-out", warning,
+     "{count:#polygon|polygons} left out: {reasons:parts} (the first in object '{object}')"},
+    {"polygons-of-few-points", part, "{count:#} with fewer than three distinct points"},
+    {"polygons-of-no-points", part, "{count:#} with points that don't exist"},
+    {"polygons-not-finite", part, "{count:#} with coordinates beyond all bounds"},
+    {"polygons-of-no-area", part, "{count:#} without area"},
+    {"polygons-tangled", warning,
+     "{count:#polygon|polygons} filled roughly, as the edges cross each other too often (the first in object "
+     "'{object}')"},
+    {"instances-not-finite", warning,
+     "{count:#instance|instances} placed by a matrix that isn't finite: put at the origin"},
+    {"lights-negative", warning,
+     "{count:#light|lights} of negative intensity: glTF has no light that darkens, written as 0"},
+    {"backdrop-empty", info, "the scene has no backdrop that a dome could show"},
+    {"keys-not-finite", warning, "{count:#key|keys} left out: not a number"},
+    {"channels-cut", warning,
+     "{count:#channel|channels} with too many repetitions for the time line: not filled to its end"},
+    {"rotations-coarse", warning,
+     "{count:#rotation|rotations} sampled less than once a frame: the time line is too long"},
+    {"texture-without-picture", info,
+     "surface '{surface}': texture '{texture}' has no picture in this scene and is left out"},
+    {"procedural-unknown", info,
+     "surface '{surface}': procedural texture '{texture}' has no counterpart and is left out",
+     "Bake it into an image in a program that has it."},
+    {"surfaces-without-ambient", info,
+     "{count:#surface|surfaces} without ambient light: a picture says what they send"},
+    {"layers-too-many", warning,
+     "surface '{surface}' has more than {most:#} texture layers; the first {shown:#} are shown"},
+    {"textures-coarse", warning,
+     "there are so many mixed textures that further ones are made no larger than {side:#} pixels"},
+    {"textures-without-projection", info,
+     "surface '{surface}' has textures, but is on an instance without a projection for them; they are left out there"},
+    {"projections-too-many", warning,
+     "surface '{surface}' has procedural textures on more than {most:#} projections; the further ones show the first "
+     "one's pictures"},
+    {"image-sequence", info, "image '{image}' is a sequence of pictures; {file} stands for all of them"},
+    {"image-by-another-name", info, "image '{image}' isn't there by that name; {file} is taken"},
+    {"image-gone", warning, "{file}: {reason}", "It could be read at first, and not when it was needed again."},
+    {"image-not-opened", part, "it can't be opened[: {reason}]"},
+    {"image-too-large", part, "it is larger than 1 GiB"},
+    {"image-cut-off", part, "it can't be read to its end"},
+    {"nodes-too-many", error,
+     "the scene has more than {most:#} nodes: instances of objects that hold other instances multiply"},
+    {"vertices-too-many", error, "object '{object}' has more vertices than a glTF mesh can hold; split it"},
+    {"data-too-large", error,
+     "the scene needs more than 4 GiB of data, which a glTF binary file can't hold; convert its objects one by one"},
+    {"glb-too-large", error,
+     "the file would be larger than 4 GiB, which a glTF binary file can't be; write .gltf, or convert the scene's "
+     "objects one by one"},
+    {"scale-wrong", error, "the scale has to be a number above 0"},
+    {"ending-unknown", error, "can't tell what to write from the name '{file}': it has to end in .glb or .gltf"},
+    {"kind-unknown", error, "unknown format '{format}': there are glb and gltf"},
+};
+
+// ---- pages ---------------------------------------------------------------------------------------------------------
+
+inline constexpr Row page_rows[] = {
+    {"page-too-large", error, "the scene takes more than 1 GiB, which browsers don't open in a page; write .glb"},
 };
 
 // ---- the program itself --------------------------------------------------------------------------------------------
@@ -207,6 +264,7 @@ inline constexpr Section sections[] = {
     {"Conversion and output", conversion_rows},
     {"What is put back", restore_rows},
     {"glTF", gltf_rows},
+    {"Pages", page_rows},
     {"The program", program_rows},
 };
 

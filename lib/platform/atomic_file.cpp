@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <random>
-#include <stdexcept>
 #include <system_error>
 
 #include "lib/platform/memory.h"
@@ -27,21 +26,20 @@ fs::path temporary_name(const fs::path& target)
 
 AtomicFile* AtomicFile::living = nullptr;
 
-void AtomicFile::fail(const char* doing, int error) const
+void AtomicFile::fail(FileError::Doing doing, int error) const
 {
     if (error == ENOMEM) throw std::bad_alloc();
-    throw std::runtime_error(std::string("can't ") + doing + " '" + shown_.string() +
-                             "': " + std::generic_category().message(error));
+    throw FileError(doing, shown_, std::generic_category().message(error));
 }
 
 AtomicFile::AtomicFile(const fs::path& target) : shown_(target), target_(target), next_(living)
 {
     std::error_code error;
     const fs::file_status status = fs::status(target, error);
-    if (fs::is_directory(status)) fail("write", EISDIR);
+    if (fs::is_directory(status)) fail(FileError::Doing::write, EISDIR);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         file_ = std::fopen(target.string().c_str(), "wb");
-        if (!file_) fail("write", errno);
+        if (!file_) fail(FileError::Doing::write, errno);
         living = this;
         return;
     }
@@ -57,7 +55,7 @@ AtomicFile::AtomicFile(const fs::path& target) : shown_(target), target_(target)
     if (!file_) {
         const int reason = errno;
         temporary_.clear();
-        fail("write", reason);
+        fail(FileError::Doing::write, reason);
     }
     // A file that is replaced keeps its permissions.
     if (fs::exists(status)) fs::permissions(temporary_, status.permissions(), error);
@@ -76,7 +74,7 @@ AtomicFile::~AtomicFile()
 
 void AtomicFile::write(const void* data, std::size_t size)
 {
-    if (std::fwrite(data, 1, size, file_) != size) fail("write", errno);
+    if (std::fwrite(data, 1, size, file_) != size) fail(FileError::Doing::write, errno);
 }
 
 void AtomicFile::close()
@@ -84,7 +82,7 @@ void AtomicFile::close()
     if (!file_) return;
     std::FILE* const file = file_;
     file_ = nullptr;
-    if (std::fclose(file) != 0) fail("write", errno);
+    if (std::fclose(file) != 0) fail(FileError::Doing::write, errno);
 }
 
 void AtomicFile::commit()
@@ -94,7 +92,7 @@ void AtomicFile::commit()
     if (!temporary_.empty()) {
         std::error_code error;
         fs::rename(temporary_, target_, error);
-        if (error) fail("replace", error.value());
+        if (error) fail(FileError::Doing::replace, error.value());
     }
     committed_ = true;
 }

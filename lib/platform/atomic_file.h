@@ -1,15 +1,28 @@
 // A file that is there whole or not at all: written beside its target and renamed at the end.
 #pragma once
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 
 namespace platform {
 
+struct FileError : std::runtime_error {
+    enum class Doing : uint8_t { write, replace };
+    FileError(Doing the_doing, const std::filesystem::path& the_file, const std::string& the_reason)
+        : std::runtime_error(the_file.string() + ": " + the_reason), doing(the_doing), file(the_file),
+          reason(the_reason)
+    {
+    }
+    Doing doing;
+    std::filesystem::path file; // as it was given
+    std::string reason;         // the system's
+};
+
 class AtomicFile {
 public:
-    // Throws std::runtime_error, as all of these do, with one line that names the target and the system's reason.
-    // A target that is no regular file (a device, a pipe) is written in place. A symbolic link is followed.
+    // Throws FileError, as all of these do. A target that is no regular file (a device, a pipe) is written in place. A symbolic link is followed.
     explicit AtomicFile(const std::filesystem::path& target);
     ~AtomicFile(); // not committed: the temporary file goes, the target stays as it was
     AtomicFile(const AtomicFile&) = delete;
@@ -25,7 +38,7 @@ public:
     static void remove_unfinished() noexcept;
 
 private:
-    [[noreturn]] void fail(const char* doing, int error) const;
+    [[noreturn]] void fail(FileError::Doing doing, int error) const;
 
     std::filesystem::path shown_, target_, temporary_; // temporary_ empty: written in place
     std::FILE* file_ = nullptr;

@@ -214,9 +214,10 @@ TEST_F(Mesh, BadPolygonsAreLeftOutAndCountedOnce)
     EXPECT_EQ(corners.positions.size(), 6u);
     EXPECT_NEAR(signed_area(corners.positions), 1, 1e-6);
     ASSERT_EQ(report.notes.size(), 1u);
-    EXPECT_EQ(report.notes[0].text, "9 polygons left out: 3 with fewer than three distinct points, 3 with points that "
-                                    "don't exist, 2 with coordinates beyond all bounds, 1 without area (the first in "
-                                    "object 'thing')");
+    EXPECT_EQ(messages::text(report.notes[0]),
+              "9 polygons left out: 3 with fewer than three distinct points, 3 with points that "
+              "don't exist, 2 with coordinates beyond all bounds, 1 without area (the first in "
+              "object 'thing')");
 }
 
 TEST_F(Mesh, CornersThatRunOutEndThePrimitive)

@@ -120,7 +120,7 @@ GltfFile Export::write(const gltf::Options& options)
 std::string Export::notes() const
 {
     std::string text;
-    for (const gltf::Note& note : report.notes) text += note.text + "\n";
+    for (const messages::Message& note : report.notes) text += messages::text(note) + "\n";
     return text;
 }
 

@@ -371,10 +371,9 @@ TEST_F(SurfaceTextures, WithoutAProjectionOnlyTheReflectionMap)
         EXPECT_EQ(textures.environment_name, "sky.png");
     }
     EXPECT_TRUE(maker->textures(0, &frame).any());
-    EXPECT_EQ(
-        std::count_if(report.notes.begin(), report.notes.end(),
-                      [](const auto& note) { return note.text.find("without a projection") != std::string::npos; }),
-        1);
+    EXPECT_EQ(std::count_if(report.notes.begin(), report.notes.end(),
+                            [](const auto& note) { return messages::is<"textures-without-projection">(note); }),
+              1);
     EXPECT_FALSE(maker->textures(77, &frame).any()) << "no such surface";
 }
 

@@ -123,8 +123,8 @@ protected:
 
     bool noted(const std::string& part) const
     {
-        for (const gltf::Note& note : report.notes)
-            if (note.text.find(part) != std::string::npos) return true;
+        for (const messages::Message& note : report.notes)
+            if (messages::text(note).find(part) != std::string::npos) return true;
         return false;
     }
 

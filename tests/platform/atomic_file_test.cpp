@@ -25,7 +25,7 @@ protected:
     }
     void TearDown() override { fs::remove_all(folder); }
 
-    // What the failure says; empty where there is none.
+    // File and reason of the failure; empty where there is none.
     static std::string write(const fs::path& target, std::size_t size = 3)
     {
         try {
@@ -33,7 +33,7 @@ protected:
             const std::string text(size, 'n');
             file.write(text.data(), text.size());
             file.commit();
-        } catch (const std::runtime_error& error) {
+        } catch (const platform::FileError& error) {
             return error.what();
         }
         return "";
@@ -59,7 +59,7 @@ TEST_F(AtomicFile, AFullDiskLeavesWhatWasThere)
 {
     const fs::path device = folder / "full";
     fs::create_symlink("/dev/full", device);
-    EXPECT_EQ(write(device), "can't write '" + device.string() + "': No space left on device");
+    EXPECT_EQ(write(device), device.string() + ": No space left on device");
 
     // A file that may not grow stands for a disk that fills up half-way: a real file, with its temporary one beside it.
     const fs::path out = folder / "old";
@@ -71,17 +71,16 @@ TEST_F(AtomicFile, AFullDiskLeavesWhatWasThere)
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
     const std::string failure = write(out, 100000);
     setrlimit(RLIMIT_FSIZE, &before);
-    EXPECT_EQ(failure, "can't write '" + out.string() + "': File too large");
+    EXPECT_EQ(failure, out.string() + ": File too large");
     EXPECT_EQ(content(out), "old");
     EXPECT_THAT(files(), testing::UnorderedElementsAre("full", "old")) << "no temporary file stays";
 }
 
 TEST_F(AtomicFile, PlacesThatCantBeWrittenAreNamed)
 {
-    EXPECT_EQ(write(folder / "no" / "a"),
-              "can't write '" + (folder / "no" / "a").string() + "': No such file or directory");
+    EXPECT_EQ(write(folder / "no" / "a"), (folder / "no" / "a").string() + ": No such file or directory");
     fs::create_directory(folder / "dir");
-    EXPECT_EQ(write(folder / "dir"), "can't write '" + (folder / "dir").string() + "': Is a directory");
+    EXPECT_EQ(write(folder / "dir"), (folder / "dir").string() + ": Is a directory");
 }
 
 TEST_F(AtomicFile, ShortMemoryAndEarlyEndsLeaveWhatWasThere)

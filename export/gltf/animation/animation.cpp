@@ -356,14 +356,9 @@ void Animator::finish()
     tables_.scene_extras["timeLine"] = range;
     if (!tables_.animation.channels.empty()) tables_.animation.extras["timeLine"] = std::move(range);
 
-    if (faults_.not_finite != 0)
-        note(report_, Note::Level::warning, counted(faults_.not_finite, "key") + " left out: not a number");
-    if (faults_.cut != 0)
-        note(report_, Note::Level::warning,
-             counted(faults_.cut, "channel") + " with too many repetitions for the time line: not filled to its end");
-    if (coarse_ != 0)
-        note(report_, Note::Level::warning,
-             counted(coarse_, "rotation") + " sampled less than once a frame: the time line is too long");
+    if (faults_.not_finite != 0) report_.notes.push_back(message<"keys-not-finite">(faults_.not_finite));
+    if (faults_.cut != 0) report_.notes.push_back(message<"channels-cut">(faults_.cut));
+    if (coarse_ != 0) report_.notes.push_back(message<"rotations-coarse">(coarse_));
 }
 
 std::vector<std::size_t> needed_rotations(std::span<const float> times, std::span<const glm::dquat> rotations,

@@ -1,17 +1,12 @@
 // What became of a scene, for the user.
 #pragma once
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <vector>
 
-namespace gltf {
+#include "lib/messages/message.h"
 
-// One line for the user: what, where, and how often. Latin-1 names are already turned into UTF-8.
-struct Note {
-    enum class Level : uint8_t { info, warning, error } level = Level::warning;
-    std::string text;
-};
+namespace gltf {
 
 // An image that was looked for and not found, or found and not readable.
 struct MissingImage {
@@ -22,7 +17,7 @@ struct MissingImage {
 };
 
 struct Report {
-    std::vector<Note> notes; // repeated ones counted and told once
+    std::vector<messages::Message> notes; // about no file; repeated ones counted and told once
     std::vector<MissingImage> missing_images;
     std::size_t images_found = 0;
     std::size_t nodes = 0, meshes = 0, triangles = 0, materials = 0, images = 0, animations = 0;

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "lib/messages/message.h"
+
 namespace gltf {
 
 static_assert(std::endian::native == std::endian::little, "glTF's data is little-endian and is copied as it stands");
@@ -25,9 +27,7 @@ std::size_t parts(Element element)
 void Buffer::claim(uint64_t bytes)
 {
     const uint64_t claimed = padded(bytes);
-    if (claimed > largest_file - left_for_json - total_)
-        throw std::runtime_error("the scene needs more than 4 GiB of data, which a glTF binary file can't hold; "
-                                 "convert its objects one by one");
+    if (claimed > largest_file - left_for_json - total_) throw messages::Error(messages::message<"data-too-large">());
     total_ += claimed;
 }
 

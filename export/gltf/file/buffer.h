@@ -34,7 +34,7 @@ constexpr uint64_t padded(uint64_t size)
 
 class Buffer {
 public:
-    // More than the 32-bit lengths of a GLB file can tell is refused: std::runtime_error. So is data without an element.
+    // More than the 32-bit lengths of a GLB file can tell is refused: messages::Error. So is data without an element.
     uint32_t add(Stretch stretch, Element element, std::span<const float> values, bool bounds);
     uint32_t add_indices(std::span<const uint32_t> indices); // 16 bits each where all fit
     uint32_t add_image(std::shared_ptr<const EncodedImage> image);

@@ -3,10 +3,10 @@
 #include <array>
 #include <deque>
 #include <set>
-#include <stdexcept>
 
 #include "export/gltf/file/base64.h"
 #include "export/gltf/file/gltf_json.h"
+#include "lib/messages/message.h"
 #include "lib/platform/atomic_file.h"
 
 namespace gltf {
@@ -67,9 +67,7 @@ void write_glb(const Tables& tables, const ByteSink& sink)
     json.resize((json.size() + 3) & ~std::size_t{3}, ' ');
     const uint64_t size = tables.buffer.size(true);
     const uint64_t total = 12 + 8 + json.size() + (size == 0 ? 0 : 8 + size);
-    if (total > 0xffffffffull)
-        throw std::runtime_error("the file would be larger than 4 GiB, which a glTF binary file can't be; "
-                                 "write .gltf, or convert the scene's objects one by one");
+    if (total > 0xffffffffull) throw messages::Error(messages::message<"glb-too-large">());
     static constexpr uint32_t magic = 0x46546C67, json_chunk = 0x4E4F534A, data_chunk = 0x004E4942;
     write_word(sink, magic);
     write_word(sink, 2);

@@ -10,7 +10,7 @@ namespace gltf {
 
 using ByteSink = std::function<void(const void*, std::size_t)>;
 
-// One binary file with everything inside. Throws std::runtime_error where it would be larger than 4 GiB.
+// One binary file with everything inside. Throws messages::Error where it would be larger than 4 GiB.
 void write_glb(const Tables& tables, const ByteSink& sink);
 
 // A JSON file that holds its data as base64.

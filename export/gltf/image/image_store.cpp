@@ -27,21 +27,21 @@ std::optional<std::vector<unsigned char>> read_file(const std::string& path, std
     std::error_code code;
     const auto size = std::filesystem::file_size(path, code);
     if (code) {
-        error = "it can't be opened: " + code.message();
+        error = messages::text(message<"image-not-opened">(code.message()));
         return std::nullopt;
     }
     if (size > largest_file) {
-        error = "it is larger than 1 GiB";
+        error = messages::text(message<"image-too-large">());
         return std::nullopt;
     }
     const std::unique_ptr<std::FILE, Close> file(platform::open_file(path.c_str(), "rb"));
     if (!file) {
-        error = "it can't be opened";
+        error = messages::text(message<"image-not-opened">(""));
         return std::nullopt;
     }
     std::vector<unsigned char> bytes(static_cast<std::size_t>(size));
     if (std::fread(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) {
-        error = "it can't be read to its end";
+        error = messages::text(message<"image-cut-off">());
         return std::nullopt;
     }
     return bytes;
@@ -63,9 +63,9 @@ ImageFile* ImageStore::open(const std::string& name, const std::string& surface)
     }
     const std::string found = platform::shown_name(place.path);
     if (place.sequence)
-        notes_.info("image '" + shown + "' is a sequence of pictures; " + found + " stands for all of them");
+        notes_.tell(message<"image-sequence">(shown, found));
     else if (place.other_extension)
-        notes_.info("image '" + shown + "' isn't there by that name; " + found + " is taken");
+        notes_.tell(message<"image-by-another-name">(shown, found));
 
     const auto same_file = by_path_.find(place.path);
     if (same_file != by_path_.end()) return answer = same_file->second;
@@ -133,7 +133,7 @@ std::shared_ptr<const Pixels> ImageStore::pixels(ImageFile& file)
     std::string error;
     std::shared_ptr<const Pixels> again = load(file, error);
     if (!again) {
-        notes_.warn(platform::shown_name(file.path) + ": " + error);
+        notes_.tell(message<"image-gone">(platform::shown_name(file.path), error));
         return nullptr;
     }
     keep(file, again);

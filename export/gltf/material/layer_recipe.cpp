@@ -96,8 +96,7 @@ std::optional<LayerStep> source_of(const tv::Scene& scene, const tv::Layer& laye
                           : scene.find(tv::Kind::texture, layer.texture_name);
     if (id >= scene.textures.size() || !scene.textures[id].alive) {
         if (!layer.texture_name.empty())
-            notes.info("surface '" + surface + "': texture '" + platform::latin1_to_utf8(layer.texture_name) +
-                       "' has no picture in this scene and is left out");
+            notes.tell(message<"texture-without-picture">(surface, platform::latin1_to_utf8(layer.texture_name)));
         return std::nullopt;
     }
     const tv::Texture& texture = scene.textures[id];
@@ -115,8 +114,7 @@ std::optional<LayerStep> source_of(const tv::Scene& scene, const tv::Layer& laye
     if (texture.kind != tv::TextureKind::procedural) return std::nullopt;
     step.procedural = make_procedural(texture, layer);
     if (step.procedural) return step;
-    notes.info("surface '" + surface + "': procedural texture '" + platform::latin1_to_utf8(texture.name) +
-               "' has no counterpart and is left out");
+    notes.tell(message<"procedural-unknown">(surface, platform::latin1_to_utf8(texture.name)));
     return std::nullopt;
 }
 
@@ -147,8 +145,7 @@ SurfaceRecipe make_recipe(const tv::Scene& scene, const tv::Surface& surface, Im
     for (const tv::Layer& layer : surface.layers) {
         if (!layer.enabled) continue;
         if (shown == most_layers) {
-            notes.warn("surface '" + name + "' has more than " + std::to_string(most_layers) +
-                       " texture layers; the first " + std::to_string(most_layers) + " are shown");
+            notes.tell(message<"layers-too-many">(name, most_layers, most_layers));
             break;
         }
         shown++;

@@ -219,9 +219,7 @@ void MaterialMaker::add_ambient(Material& material, const tv::Surface& surface, 
 
 void MaterialMaker::finish()
 {
-    if (unlit_ != 0)
-        note(report_, Note::Level::info,
-             counted(unlit_, "surface") + " without ambient light: a picture says what they send");
+    if (unlit_ != 0) report_.notes.push_back(message<"surfaces-without-ambient">(unlit_));
 }
 
 MadeMaterial MaterialMaker::material(tv::Id id, const tv::TextureProjection* frame, bool inside, const Fading& fading)

@@ -107,8 +107,7 @@ struct SurfaceTextureMaker::State {
             made.image = store.encoded(*file);
         } else {
             if (baked_pixels > fine_pixels && longest > coarse_side) {
-                notes.warn("there are so many mixed textures that further ones are made no larger than " +
-                           std::to_string(coarse_side) + " pixels");
+                notes.tell(message<"textures-coarse">(coarse_side));
                 plan = plan_slot(std::move(steps), coarse_side, inside);
             }
             made.image = bake(kind, plan, entry, frame);
@@ -148,8 +147,7 @@ struct SurfaceTextureMaker::State {
         if (!added) return found->second;
         const tv::Surface& surface = scene.surfaces[id];
         if (std::any_of(surface.layers.begin(), surface.layers.end(), [](const auto& layer) { return layer.enabled; }))
-            notes.info("surface '" + platform::latin1_to_utf8(surface.name) +
-                       "' has textures, but is on an instance without a projection for them; they are left out there");
+            notes.tell(message<"textures-without-projection">(platform::latin1_to_utf8(surface.name)));
         add_environment(surface, found->second);
         return found->second;
     }
@@ -175,8 +173,7 @@ const SurfaceTextures& SurfaceTextureMaker::textures(tv::Id id, const tv::Textur
     const auto known = entry.made.find(key);
     if (known != entry.made.end()) return known->second;
     if (entry.frames == most_frames) {
-        state.notes.warn("surface '" + entry.name + "' has procedural textures on more than " +
-                         std::to_string(most_frames) + " projections; the further ones show the first one's pictures");
+        state.notes.tell(message<"projections-too-many">(entry.name, most_frames));
         return *entry.first;
     }
     entry.frames++;

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <glm/geometric.hpp>
 #include <glm/matrix.hpp>
-#include <stdexcept>
 
 #include "export/gltf/base/byte_key.h"
 #include "export/gltf/base/notes.h"
@@ -280,8 +279,7 @@ void MeshMaker::add_triangles(Group& group, Build& build)
             if (!build.morph.empty()) vertex.apart |= build.point_names[triangle[i]] << 1;
             const auto number = group.vertices.add(vertex);
             if (!number)
-                throw std::runtime_error("object '" + platform::latin1_to_utf8(build.object->name) +
-                                         "' has more vertices than a glTF mesh can hold; split it");
+                throw messages::Error(message<"vertices-too-many">(platform::latin1_to_utf8(build.object->name)));
             numbers[i] = *number;
             if (!build.morph.empty() && 3 * std::size_t{*number} == group.morph.size())
                 for (int k = 0; k < 3; ++k) group.morph.push_back(file_float(build.morph[triangle[i]][k] * scale_));
@@ -324,22 +322,14 @@ Primitive MeshMaker::store(Group& group, const tv::TextureProjection* frame, con
 void MeshMaker::finish()
 {
     if (faults_.tangled != 0)
-        note(report_, Note::Level::warning,
-             counted(faults_.tangled, "polygon") +
-                 " filled roughly, as the edges cross each other too often (the first in object '" +
-                 faults_.first_tangled_object + "')");
+        report_.notes.push_back(message<"polygons-tangled">(faults_.tangled, faults_.first_tangled_object));
     if (faults_.total() == 0) return;
-    std::string reasons;
-    const auto reason = [&](std::size_t count, const char* text) {
-        if (count != 0) reasons += (reasons.empty() ? "" : ", ") + std::to_string(count) + ' ' + text;
-    };
-    reason(faults_.few_points, "with fewer than three distinct points");
-    reason(faults_.bad_index, "with points that don't exist");
-    reason(faults_.not_finite, "with coordinates beyond all bounds");
-    reason(faults_.no_area, "without area");
-    note(report_, Note::Level::warning,
-         counted(faults_.total(), "polygon") + " left out: " + reasons + " (the first in object '" +
-             faults_.first_object + "')");
+    std::vector<messages::Message> reasons;
+    if (faults_.few_points != 0) reasons.push_back(message<"polygons-of-few-points">(faults_.few_points));
+    if (faults_.bad_index != 0) reasons.push_back(message<"polygons-of-no-points">(faults_.bad_index));
+    if (faults_.not_finite != 0) reasons.push_back(message<"polygons-not-finite">(faults_.not_finite));
+    if (faults_.no_area != 0) reasons.push_back(message<"polygons-of-no-area">(faults_.no_area));
+    report_.notes.push_back(message<"polygons-left-out">(faults_.total(), std::move(reasons), faults_.first_object));
 }
 
 } // namespace gltf

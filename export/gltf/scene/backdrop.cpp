@@ -171,7 +171,7 @@ void make_backdrop(const tv::Scene& scene, const Options& options, const Measure
     if (shown.colored || shown.image)
         add_dome(scene, options.scale, measure, shown, materials, tables, report);
     else
-        note(report, Note::Level::info, "the scene has no backdrop that a dome could show");
+        report.notes.push_back(message<"backdrop-empty">());
 }
 
 } // namespace gltf

@@ -214,9 +214,7 @@ void make_lights(const tv::Scene& scene, const Options& options, const Measure& 
                                                     {"name", platform::latin1_to_utf8(light.name)}};
         }
     }
-    if (maker.dark() != 0)
-        note(report, Note::Level::warning,
-             counted(maker.dark(), "light") + " of negative intensity: glTF has no light that darkens, written as 0");
+    if (maker.dark() != 0) report.notes.push_back(message<"lights-negative">(maker.dark()));
 }
 
 } // namespace gltf

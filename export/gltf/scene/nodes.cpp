@@ -1,7 +1,6 @@
 #include "export/gltf/scene/nodes.h"
 
 #include <cmath>
-#include <stdexcept>
 
 #include "export/gltf/base/notes.h"
 #include "export/gltf/scene/visibility.h"
@@ -13,9 +12,7 @@ namespace gltf {
 std::vector<tv::Placement> all_places(const tv::Scene& scene, double time, Stage& stage)
 {
     std::vector<tv::Placement> places;
-    if (!tv::place_all(scene, time, most_places, places))
-        throw std::runtime_error("the scene has more than " + std::to_string(most_places) +
-                                 " nodes: instances of objects that hold other instances multiply");
+    if (!tv::place_all(scene, time, most_places, places)) throw messages::Error(message<"nodes-too-many">(most_places));
     if (!Stage::has_targets(scene)) return places;
     // The toolkit knows of no targets.
     for (std::size_t i = 1; i < places.size(); ++i) {
@@ -97,9 +94,7 @@ public:
 
     void finish()
     {
-        if (not_finite_ != 0)
-            note(parts_.report, Note::Level::warning,
-                 counted(not_finite_, "instance") + " placed by a matrix that isn't finite: put at the origin");
+        if (not_finite_ != 0) parts_.report.notes.push_back(message<"instances-not-finite">(not_finite_));
     }
 
     std::vector<uint32_t> holders() { return std::move(first_); }

@@ -17,7 +17,7 @@ namespace gltf {
 inline constexpr std::size_t most_places = 1000000;
 
 // Every place that an instance has in the scene, at the animator's start; the first is "world" itself. Throws
-// std::runtime_error where there are more than most_places.
+// messages::Error where there are more than most_places.
 std::vector<tv::Placement> all_places(const tv::Scene& scene, double time, Stage& stage);
 
 // Called now and then with the places done; it throws to stop the work.
