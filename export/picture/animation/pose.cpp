@@ -28,6 +28,7 @@ glm::dmat4 matrix_of(const Placing& placing)
 Animation::Animation(const gltf::Tables& tables) : tables_(tables)
 {
     for (const gltf::AnimationChannel& channel : tables.animation.channels) {
+        if (channel.path == Path::weights || channel.path == Path::pointer) continue; // move no node
         if (channel.node >= tables.nodes.size() || channel.sampler >= tables.animation.samplers.size()) continue;
         const Keys keys = keys_of(tables, tables.animation.samplers[channel.sampler]);
         if (!keys.times.empty() && keys.width == (channel.path == Path::rotation ? 4 : 3))
@@ -52,6 +53,8 @@ Pose Animation::pose(double seconds) const
         case Path::translation: value_at(channel.keys, seconds, false, placing.translation); break;
         case Path::rotation: value_at(channel.keys, seconds, true, placing.rotation); break;
         case Path::scale: value_at(channel.keys, seconds, false, placing.scale); break;
+        case Path::weights:
+        case Path::pointer: break;
         }
     }
 
