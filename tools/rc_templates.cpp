@@ -181,7 +181,7 @@ int main(int count, char** words)
         const std::vector<Dialog> dialogs = parse(script);
         std::ostringstream out;
         out << "// Made by rc_templates; changes belong in the resource script.\n"
-               "#include \"lib/platform/dialog_templates.h\"\n\nusing platform::ControlKind;\n\n";
+               "#include \"lib/platform/dialogs/dialog_templates.h\"\n\nusing platform::ControlKind;\n\n";
         for (const Dialog& dialog : dialogs) {
             out << "static const platform::DialogControl " << dialog.name << "_controls[] = {\n"
                 << dialog.controls << "};\n";

@@ -10,7 +10,7 @@
 #include "host/plugin_loader.h"
 #include "host/run_messages.h"
 #include "host/say.h"
-#include "lib/platform/dialog_obstacle.h"
+#include "lib/platform/dialogs/dialog_obstacle.h"
 #include "lib/toolkit/report.h"
 
 namespace host {

@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <io.h>
 
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialogs.h"
 
 namespace platform {
 

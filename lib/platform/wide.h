@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialogs.h"
 
 namespace platform {
 

@@ -1,6 +1,6 @@
 // Where a dialog opens.
 #pragma once
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialogs.h"
 
 namespace services {
 

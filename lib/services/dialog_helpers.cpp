@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialogs.h"
 #include "lib/services/center_window.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/words/trace.h"

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "lib/import/lw/base/option_variables.h"
-#include "lib/platform/dialog_script.h"
+#include "lib/platform/dialogs/dialog_script.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/calls/environment.h"
 #include "tests/support/run_plugin.h"

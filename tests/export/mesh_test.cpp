@@ -176,8 +176,9 @@ TEST_F(Mesh, TangledPolygonsAreFilledRoughlyAndLongOnesWell)
         EXPECT_LE(corners.positions.size(), 3 * size);
         EXPECT_NEAR(std::abs(signed_area(corners.positions)), total_area(corners.positions), 1e-3) << "all to one side";
         ASSERT_EQ(report.notes.size(), 1u);
-        EXPECT_EQ(report.notes[0].text, "1 polygon filled roughly, as the edges cross each other too often (the first "
-                                        "in object 'thing')");
+        EXPECT_EQ(messages::text(report.notes[0]),
+                  "1 polygon filled roughly, as the edges cross each other too often (the first "
+                  "in object 'thing')");
     }
     // As long, and as good as any: a wheel with cogs.
     std::vector<std::array<float, 2>> wheel;

@@ -24,7 +24,7 @@ void animate(gltf::Tables& tables, uint32_t node, gltf::AnimationChannel::Path p
     tables.animation.samplers.push_back({keys(tables, gltf::Element::scalar, times),
                                          keys(tables, turn ? gltf::Element::vec4 : gltf::Element::vec3, values),
                                          cubic});
-    tables.animation.channels.push_back({path, static_cast<uint32_t>(tables.animation.samplers.size() - 1), node});
+    tables.animation.channels.push_back({path, static_cast<uint32_t>(tables.animation.samplers.size() - 1), node, {}});
 }
 
 std::vector<double> value(const Keys& keys, double time, bool rotation = false)

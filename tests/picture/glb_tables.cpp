@@ -192,14 +192,18 @@ private:
     {
         for (const Json& sampler : json["samplers"])
             result_.animation.samplers.push_back({accessor(sampler["input"], false), accessor(sampler["output"], false),
-                                                  sampler.value("interpolation", "LINEAR") == "CUBICSPLINE"});
+                                                  sampler.value("interpolation", "LINEAR") == "CUBICSPLINE",
+                                                  sampler.value("interpolation", "LINEAR") == "STEP"});
         using Path = gltf::AnimationChannel::Path;
         for (const Json& channel : json["channels"]) {
             const std::string path = channel["target"]["path"];
+            if (path == "weights" || path == "pointer") continue; // move no node
             result_.animation.channels.push_back({path == "rotation" ? Path::rotation
                                                   : path == "scale"  ? Path::scale
                                                                      : Path::translation,
-                                                  channel["sampler"], channel["target"]["node"]});
+                                                  channel["sampler"],
+                                                  channel["target"]["node"],
+                                                  {}});
         }
     }
 

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialogs.h"
 
 static void print_control(HWND control)
 {

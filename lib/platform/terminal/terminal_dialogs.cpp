@@ -14,7 +14,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "lib/platform/dialog_window.h"
+#include "lib/platform/dialogs/dialog_window.h"
 #include "lib/platform/latin1.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // The About box.
 #pragma once
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialogs.h"
 
 INT_PTR CALLBACK AboutDlgProc(HWND dialog, UINT message, WPARAM first, LPARAM second);
 

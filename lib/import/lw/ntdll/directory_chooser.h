@@ -3,7 +3,7 @@
 #pragma once
 #include <cstdint>
 
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialogs.h"
 
 // Number of the registered message that tells of a selection in the directory list; -1 until the first WM_INITDIALOG.
 extern int32_t lb_sel_change_msg_id;

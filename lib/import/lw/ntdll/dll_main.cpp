@@ -1,6 +1,6 @@
 // Attach and detach on Windows.
 #include "lib/import/lw/ntdll/library.h"
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialogs.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID)
 {

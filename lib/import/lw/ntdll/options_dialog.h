@@ -2,7 +2,7 @@
 #pragma once
 #include <cstdint>
 
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialogs.h"
 
 // The dialog's procedure. The boxes change the variables at once, and Cancel doesn't put them back; OK takes the angle
 // over, if it can be taken, and writes the options file.

@@ -1,7 +1,7 @@
 // What stands and floats in the harbour.
 #include <cmath>
 
-#include "tools/samples/harbour.h"
+#include "tools/samples/harbour/harbour.h"
 #include "tools/samples/shapes.h"
 
 namespace samples {

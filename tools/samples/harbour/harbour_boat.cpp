@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tools/samples/harbour.h"
+#include "tools/samples/harbour/harbour.h"
 #include "tools/samples/shapes.h"
 
 namespace samples {

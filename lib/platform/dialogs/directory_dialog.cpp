@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "lib/platform/dialog_window.h"
+#include "lib/platform/dialogs/dialog_window.h"
 #include "lib/platform/latin1.h"
 
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "lib/platform/dialog_templates.h"
-#include "lib/platform/dialogs.h"
+#include "lib/platform/dialogs/dialog_templates.h"
+#include "lib/platform/dialogs/dialogs.h"
 
 struct PLATFORM_API Platform_Window {
     struct Control {

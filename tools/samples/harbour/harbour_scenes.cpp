@@ -1,6 +1,6 @@
 // The harbour: one scene that uses everything a scene of the time could say, and one in the older manner with keywords
 // that pass through.
-#include "tools/samples/harbour.h"
+#include "tools/samples/harbour/harbour.h"
 #include "tools/samples/pictures.h"
 #include "tools/samples/samples.h"
 #include "tools/samples/scene_text.h"

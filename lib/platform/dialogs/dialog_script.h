@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "lib/platform/dialog_window.h"
+#include "lib/platform/dialogs/dialog_window.h"
 
 namespace platform {
 

@@ -1,5 +1,5 @@
 // The dialog calls, in terms of an open window and a face that shows it.
-#include "lib/platform/dialog_window.h"
+#include "lib/platform/dialogs/dialog_window.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "lib/platform/dialog_obstacle.h"
+#include "lib/platform/dialogs/dialog_obstacle.h"
 #include "lib/platform/library.h"
 #include "lib/platform/places.h"
 

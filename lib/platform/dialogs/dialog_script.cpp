@@ -1,4 +1,4 @@
-#include "lib/platform/dialog_script.h"
+#include "lib/platform/dialogs/dialog_script.h"
 
 #include <algorithm>
 #include <cstdlib>
