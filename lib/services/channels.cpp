@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "lib/platform/memory.h"
 #include "lib/services/import_io.h"
 #include "lib/toolkit/words/trace.h"
 
@@ -53,9 +54,10 @@ int16_t Import_IO_Get_DefaultAnimationChannelPtrs(const char* instance, void** t
     const tv::Id id = find(tv::Kind::instance, instance);
     if (table) {
         std::fill_n(table, tv::instance_channel_slots, nullptr);
-        for (std::size_t slot = 0; id != tv::no_id && slot < tv::instance_channel_slots; ++slot) {
-            if (is_instance_slot(slot)) table[slot] = tv::instance_channel(id, slot);
-        }
+        platform::noting_short_memory([&] {
+            for (std::size_t slot = 0; id != tv::no_id && slot < tv::instance_channel_slots; ++slot)
+                if (is_instance_slot(slot)) table[slot] = tv::instance_channel(id, slot);
+        });
     }
     return traced_table_call("Import_IO_Get_DefaultAnimationChannelPtrs", instance, id != tv::no_id ? 1 : 0);
 }

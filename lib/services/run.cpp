@@ -1,5 +1,6 @@
 #include "lib/services/run.h"
 
+#include "lib/platform/memory.h"
 #include "lib/services/unique_names.h"
 #include "lib/toolkit/words/trace.h"
 
@@ -102,5 +103,5 @@ int32_t Import_IO_Check_For_Abort(Import_IO_Abort_Record* record)
 void Import_IO_Set_Root_Imported_Instance_Name(const char* name)
 {
     trace_call("Import_IO_Set_Root_Imported_Instance_Name", name);
-    run().root_instance = name ? name : "";
+    platform::noting_short_memory([&] { run().root_instance = name ? name : ""; });
 }

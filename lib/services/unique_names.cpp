@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "lib/platform/memory.h"
 #include "lib/services/host.h"
 #include "lib/toolkit/scene/name_index.h"
 #include "lib/toolkit/scene/scene.h"
@@ -43,6 +44,7 @@ public:
     void insert(std::string_view name)
     {
         if (contains(name)) return;
+        index_.make_room(); // first, so that nothing has changed where memory runs out
         names_.emplace_back(name);
         index_.add(name, static_cast<uint32_t>(names_.size() - 1));
     }
@@ -160,9 +162,19 @@ std::string unique_name(tv::Kind kind, std::string_view name)
     }
 }
 
-void copy_out(const std::string& name, char* out)
+void copy_out(std::string_view name, char* out)
 {
-    if (out) std::memcpy(out, name.c_str(), name.size() + 1);
+    if (!out) return;
+    std::memcpy(out, name.data(), name.size());
+    out[name.size()] = 0;
+}
+
+// make() gives the unique name. Without memory for it the caller gets the name as it is: the run fails anyhow.
+template <class Make>
+void hand_out(const char* name, char* out, Make make)
+{
+    if (!platform::noting_short_memory([&] { copy_out(make(), out); }))
+        copy_out(std::string_view(name ? name : "").substr(0, name_limit), out);
 }
 
 void trace_names(const char* function, int32_t kind, const char* name, const char* result)
@@ -194,18 +206,22 @@ using namespace services;
 
 void Import_IO_MakeNameUnique(int32_t kind, const char* name, char* out)
 {
-    const std::string result = unique_name(kind_of(kind), name ? name : "");
-    if (tv::trace_enabled()) trace_names("Import_IO_MakeNameUnique", kind, name, result.c_str());
-    copy_out(result, out);
+    hand_out(name, out, [&] {
+        std::string result = unique_name(kind_of(kind), name ? name : "");
+        if (tv::trace_enabled()) trace_names("Import_IO_MakeNameUnique", kind, name, result.c_str());
+        return result;
+    });
 }
 
 void Import_IO_MakeAndSaveUniqueName(int32_t kind, const char* name, char* out)
 {
-    const tv::Kind known_kind = kind_of(kind);
-    const std::string result = unique_name(known_kind, name ? name : "");
-    names_of(known_kind).noted.insert(result);
-    if (tv::trace_enabled()) trace_names("Import_IO_MakeAndSaveUniqueName", kind, name, result.c_str());
-    copy_out(result, out);
+    hand_out(name, out, [&] {
+        const tv::Kind known_kind = kind_of(kind);
+        std::string result = unique_name(known_kind, name ? name : "");
+        names_of(known_kind).noted.insert(result);
+        if (tv::trace_enabled()) trace_names("Import_IO_MakeAndSaveUniqueName", kind, name, result.c_str());
+        return result;
+    });
 }
 
 void Import_IO_SaveHandleName(int32_t kind, const char* name)
@@ -216,7 +232,7 @@ void Import_IO_SaveHandleName(int32_t kind, const char* name)
         tv::trace_string(name);
         tv::trace_end();
     }
-    if (name) names_of(kind_of(kind)).noted.insert(name);
+    if (name) platform::noting_short_memory([&] { names_of(kind_of(kind)).noted.insert(name); });
 }
 
 const char* Import_IO_TranslateName(int32_t kind, const char* name)
@@ -231,20 +247,22 @@ const char* Import_IO_TranslateName(int32_t kind, const char* name)
 void Import_IO_Attach_Object_To_World(const char* name, const char* object, char* instance_out, int32_t kind,
                                       const char* parent)
 {
-    const std::string instance = unique_name(tv::Kind::instance, name ? name : "");
-    const int32_t instance_token = Tv_Inquire_Token("instance");
-    tv::trace_suspend();
-    Tv_Add_Instance(instance_token, instance.c_str(), Tv_Inquire_Token("object"), object, 0);
-    Tv_Attach(instance_token, instance.c_str(), kind, parent, 0);
-    tv::trace_resume();
-    if (tv::trace_enabled()) {
-        tv::trace_begin("Import_IO_Attach_Object_To_World");
-        tv::trace_string(name);
-        tv::trace_string(object);
-        tv::trace_string(instance.c_str());
-        tv::trace_token(kind);
-        tv::trace_string(parent);
-        tv::trace_end();
-    }
-    copy_out(instance, instance_out);
+    hand_out(name, instance_out, [&] {
+        std::string instance = unique_name(tv::Kind::instance, name ? name : "");
+        const int32_t instance_token = Tv_Inquire_Token("instance");
+        tv::trace_suspend();
+        Tv_Add_Instance(instance_token, instance.c_str(), Tv_Inquire_Token("object"), object, 0);
+        Tv_Attach(instance_token, instance.c_str(), kind, parent, 0);
+        tv::trace_resume();
+        if (tv::trace_enabled()) {
+            tv::trace_begin("Import_IO_Attach_Object_To_World");
+            tv::trace_string(name);
+            tv::trace_string(object);
+            tv::trace_string(instance.c_str());
+            tv::trace_token(kind);
+            tv::trace_string(parent);
+            tv::trace_end();
+        }
+        return instance;
+    });
 }

@@ -1,4 +1,5 @@
 // The system's own blocks, counted, and made to fail where a test asks for it.
+#include "lib/platform/memory.h"
 #include "lib/toolkit/memory.h"
 
 #include <cstdlib>
@@ -40,16 +41,20 @@ extern "C" {
 
 void* Tv_Alloc_Memory(int32_t, int32_t clear, size_t size)
 {
-    if (count_and_fail() || size > PTRDIFF_MAX) return nullptr;
-    void* const block = clear ? std::calloc(size ? size : 1, 1) : std::malloc(size ? size : 1);
-    if (block) ++held;
+    const bool refused = count_and_fail() || size > PTRDIFF_MAX;
+    void* const block = refused ? nullptr : clear ? std::calloc(size ? size : 1, 1) : std::malloc(size ? size : 1);
+    if (block)
+        ++held;
+    else
+        platform::note_short_memory();
     return block;
 }
 
 void* Tv_Realloc_Memory(int32_t, void* block, size_t size)
 {
-    if (count_and_fail() || size > PTRDIFF_MAX) return nullptr;
-    void* const grown = std::realloc(block, size ? size : 1);
+    const bool refused = count_and_fail() || size > PTRDIFF_MAX;
+    void* const grown = refused ? nullptr : std::realloc(block, size ? size : 1);
+    if (!grown) platform::note_short_memory();
     if (grown && !block) ++held;
     return grown;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "lib/platform/latin1.h"
@@ -32,7 +33,7 @@ constexpr Wording wordings[] = {
     {"ERR_TRACE_OPEN_WRITE", "can't write the trace file '%1'"},
 };
 
-std::string worded(std::string_view code, std::span<const std::string> details)
+std::string worded(std::string_view code, std::span<const std::string_view> details)
 {
     for (const Wording& wording : wordings) {
         if (wording.code != code) continue;
@@ -48,7 +49,10 @@ std::string worded(std::string_view code, std::span<const std::string> details)
         return line;
     }
     std::string line;
-    for (const std::string& detail : details) line += (line.empty() ? "" : ", ") + detail;
+    for (const std::string_view detail : details) {
+        if (!line.empty()) line += ", ";
+        line += detail;
+    }
     return line;
 }
 
@@ -62,18 +66,19 @@ void* sink_context = nullptr;
 
 } // namespace
 
-void report(int32_t level, const char* code, const char* function, std::span<const std::string> details) noexcept
+void report(int32_t level, const char* code, const char* function, std::span<const std::string_view> details) noexcept
 {
-    try {
+    // Without memory the message is lost, and the call goes on.
+    platform::noting_short_memory([&] {
         std::string line = worded(code, details);
         line += (line.empty() ? "(" : " (") + std::string(code);
         line += function && *function ? std::string(", ") + function + ")" : std::string(")");
         sink(sink_context, level, line.c_str());
-    } catch (const std::bad_alloc&) { // the message is lost, the call goes on
-    }
+    });
 }
 
-void report(int32_t level, const char* code, const char* function, std::initializer_list<std::string> details) noexcept
+void report(int32_t level, const char* code, const char* function,
+            std::initializer_list<std::string_view> details) noexcept
 {
     report(level, code, function, std::span(details.begin(), details.size()));
 }

@@ -2,10 +2,10 @@
 #pragma once
 #include <cstdint>
 #include <initializer_list>
-#include <new>
 #include <span>
-#include <string>
+#include <string_view>
 
+#include "lib/platform/memory.h"
 #include "lib/toolkit/vc4_tv.h"
 
 namespace tv {
@@ -16,18 +16,16 @@ TV_API void set_report_sink(ReportSink sink, void* context); // null: standard e
 
 // Tells the host's sink, or standard error, one line of text: what happened, worded for the codes that are known, then
 // the code and the function in brackets. Level 3 warning, 4 error. Never throws; what can't be worded is dropped.
-void report(int32_t level, const char* code, const char* function, std::span<const std::string> details) noexcept;
-void report(int32_t level, const char* code, const char* function, std::initializer_list<std::string> details) noexcept;
+void report(int32_t level, const char* code, const char* function, std::span<const std::string_view> details) noexcept;
+void report(int32_t level, const char* code, const char* function,
+            std::initializer_list<std::string_view> details) noexcept;
 
-// Runs the body of a call that takes memory: no function that plug-ins call may throw.
+// Runs the body of a call that takes memory: no function that plug-ins call may throw. A body that is left in its middle
+// leaves the scene in order, if perhaps half changed.
 template <class Body>
-void guarded(const char* function, Body&& body)
+void guarded(const char* function, Body&& body) noexcept
 {
-    try {
-        body();
-    } catch (const std::bad_alloc&) {
-        report(4, "ERR_TOOLKIT_NO_MEMORY", function, {});
-    }
+    if (!platform::noting_short_memory(body)) report(4, "ERR_TOOLKIT_NO_MEMORY", function, {});
 }
 
 } // namespace tv

@@ -1,6 +1,6 @@
 // A plug-in's own reports.
 #include <cstdarg>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "lib/toolkit/report.h"
@@ -12,7 +12,7 @@ extern "C" void Tv_Report_Error(int32_t level, const char* code, const char* fun
     va_start(arguments, function);
     tv::guarded("Tv_Report_Error", [&] {
         constexpr std::size_t most = 32; // a list that has lost its null isn't followed for ever
-        std::vector<std::string> details;
+        std::vector<std::string_view> details;
         while (details.size() < most) {
             const char* const text = va_arg(arguments, const char*);
             if (!text) break;
@@ -23,7 +23,7 @@ extern "C" void Tv_Report_Error(int32_t level, const char* code, const char* fun
             tv::trace_integer(level);
             tv::trace_string(code);
             tv::trace_string(function);
-            for (const std::string& detail : details) tv::trace_string(detail.c_str());
+            for (const std::string_view detail : details) tv::trace_string(detail.data()); // as it came, with its end
             tv::trace_null();
             tv::trace_end();
         }

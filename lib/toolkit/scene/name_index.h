@@ -27,10 +27,16 @@ public:
         }
     }
 
+    // Room for one name more: the next add() takes no memory.
+    void make_room()
+    {
+        if (2 * (used_ + 1) > slots_.size()) grow();
+    }
+
     // A name that isn't held yet.
     void add(std::string_view name, uint32_t number)
     {
-        if (2 * (used_ + 1) > slots_.size()) grow();
+        make_room();
         put({hash_of(name), number});
         ++used_;
     }

@@ -25,6 +25,7 @@ bool is_fixed(Kind kind, Id id)
 void remove_thing(Kind kind, Id id)
 {
     Store& in = store();
+    make_room_to_remove(kind);
     if (kind == Kind::object) {
         Object& object = in.scene.objects[id];
         hang_under_world(object.children);

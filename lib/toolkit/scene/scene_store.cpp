@@ -18,20 +18,32 @@ constexpr std::size_t index_of(Kind kind)
     return static_cast<std::size_t>(kind);
 }
 
-// The thing of this name in `things`, appended where it doesn't stand yet.
+// Room for one entry more: the next push_back takes no memory.
+template <class Entry>
+void make_room(std::vector<Entry>& table)
+{
+    if (table.size() == table.capacity()) table.reserve(table.empty() ? 8 : 2 * table.size());
+}
+
+// The thing of this name in `things`, appended where it doesn't stand yet. Where memory runs out nothing has changed:
+// the index gets its room first, and the thing comes last.
 template <class Thing>
 Id make(Store& in, Kind kind, std::deque<Thing>& things, const char* name)
 {
     const Id found = in.scene.find(kind, name);
     if (found != no_id) return found;
     const Id id = static_cast<Id>(things.size());
-    things.emplace_back().name = name;
+    in.scene.names[index_of(kind)].make_room();
+    Thing thing;
+    thing.name = name;
+    things.push_back(std::move(thing));
     in.scene.names[index_of(kind)].add(things.back().name, id);
     return id;
 }
 
 Id make_instance_in(Store& in, const char* name)
 {
+    make_room(in.sharers);
     const Id id = make(in, Kind::instance, in.scene.instances, name);
     if (id < in.sharers.size()) return id;
     in.sharers.emplace_back();
@@ -117,6 +129,7 @@ const char* kind_name(Kind kind)
 Object& make_object(const char* name)
 {
     Store& in = store();
+    make_room(in.first_instance);
     const Id id = make(in, Kind::object, in.scene.objects, name);
     if (id == in.first_instance.size()) in.first_instance.push_back(no_id);
     return in.scene.objects[id];
@@ -130,6 +143,7 @@ Id make_instance(const char* name)
 Id make_surface(const char* name)
 {
     Store& in = store();
+    make_room(in.layer_numbers);
     const Id id = make(in, Kind::surface, in.scene.surfaces, name);
     if (id == in.layer_numbers.size()) in.layer_numbers.emplace_back();
     return id;
@@ -138,8 +152,11 @@ Id make_surface(const char* name)
 Layer& make_layer(Id surface, const char* name)
 {
     std::vector<Layer>& layers = store().scene.surfaces[surface].layers;
+    make_room(layers);
+    Layer layer;
+    layer.name = name;
     const auto [at, first] = store().layer_numbers[surface].try_emplace(name, static_cast<Id>(layers.size()));
-    if (first) layers.emplace_back().name = name;
+    if (first) layers.push_back(std::move(layer));
     return layers[at->second];
 }
 
@@ -157,8 +174,14 @@ Light& make_light(const char* name)
 
 Camera& make_camera(const char* name)
 {
+    make_room(store().channel_sets); // a new camera has channels from the start
     std::deque<Camera>& cameras = store().scene.cameras;
     return cameras[make(store(), Kind::camera, cameras, name)];
+}
+
+void make_room_to_remove(Kind kind)
+{
+    make_room(store().scene.removed[index_of(kind)]);
 }
 
 void bury(Kind kind, Id id)
@@ -177,7 +200,7 @@ void bury(Kind kind, Id id)
     case Kind::camera: bury_in(in.cameras); break;
     case Kind::none: return;
     }
-    in.removed[index_of(kind)].push_back(id);
+    in.removed[index_of(kind)].push_back(id); // has its room by make_room_to_remove()
     touch();
 }
 

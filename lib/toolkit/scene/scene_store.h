@@ -61,7 +61,8 @@ Id find_or_report(Kind kind, const char* name, Function function);
 // For the calls that make things: false and a report where no name was given.
 bool expect_name(Kind kind, const char* name, Function function);
 
-// Makes it dead and frees its name, no more.
+// Makes it dead and frees its name, no more, and takes no memory once there is room.
+void make_room_to_remove(Kind kind);
 void bury(Kind kind, Id id);
 
 // What extents depend on has changed.

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "lib/platform/latin1.h"
+#include "lib/platform/memory.h"
 #include "lib/toolkit/report.h"
 #include "lib/toolkit/words/words.h"
 
@@ -18,7 +19,7 @@ constexpr std::size_t flush_at = std::size_t{1} << 18; // bytes
 
 bool is_open = false; // asked for with every call, so it stands apart from what must be made first
 
-// The open trace. Lines are put together at the end of `text`; what stands before `line` is complete.
+// The open trace. Lines are put together at the end of `text_`; what stands before `line_` is complete.
 class Trace {
 public:
     Trace()
@@ -36,41 +37,48 @@ public:
         if (file_) std::fclose(file_);
         file_ = path && *path ? std::fopen(path, "wb") : nullptr;
         is_open = file_;
-        text.clear();
+        text_.clear();
         line_ = 0;
         return file_ || !path || !*path;
     }
     bool on() const { return file_ && !suspended; }
     void begin(const char* function)
     {
-        text.resize(line_); // of a line that was never ended
-        text += "[\"";
-        text += function;
-        text += '"';
+        text_.resize(line_); // of a line that was never ended
+        whole_ = true;
+        put([&](std::string& text) { (text += "[\"" + std::string(function)) += '"'; });
+    }
+    // Lets add(text) append. A line that there is no memory for is dropped whole.
+    template <class Add>
+    void put(Add add)
+    {
+        whole_ = platform::noting_short_memory([&] { add(text_); }) && whole_;
     }
     void end()
     {
-        text += "]\n";
-        line_ = text.size();
+        put([](std::string& text) { text += "]\n"; });
+        if (!whole_) text_.resize(line_);
+        line_ = text_.size();
         if (line_ >= flush_at) flush();
     }
     void flush()
     {
         if (file_ && line_) {
-            std::fwrite(text.data(), 1, line_, file_);
+            std::fwrite(text_.data(), 1, line_, file_);
             std::fflush(file_);
         }
-        text.erase(0, line_);
+        text_.erase(0, line_);
         line_ = 0;
-        if (text.capacity() > 16 * flush_at) text.shrink_to_fit();
+        if (text_.capacity() > 16 * flush_at) text_.shrink_to_fit();
     }
 
-    std::string text;
     int suspended = 0;
 
 private:
+    std::string text_;
     std::FILE* file_ = nullptr;
     std::size_t line_ = 0;
+    bool whole_ = true; // the line that is put together
 };
 
 Trace& trace()
@@ -187,69 +195,72 @@ void trace_begin(const char* function)
     trace().begin(function);
 }
 
+// Behind a comma.
+template <class Add, class... Values>
+static void put(Add add, Values... values)
+{
+    trace().put([&](std::string& text) {
+        text += ',';
+        add(text, values...);
+    });
+}
+
 void trace_string(const char* text)
 {
-    trace().text += ',';
-    add_quoted(trace().text, text);
+    put(add_quoted, text);
 }
 
 void trace_token(int32_t token)
 {
-    trace().text += ',';
-    add_token(trace().text, token);
+    put(add_token, token);
 }
 
 void trace_integer(int64_t value)
 {
-    trace().text += ',';
-    add_integer(trace().text, value);
+    put(add_integer<int64_t>, value);
 }
 
 void trace_float(float value)
 {
-    trace().text += ',';
-    add_float(trace().text, value);
+    put(add_float, value);
 }
 
 void trace_floats(const float* values, std::size_t count)
 {
-    trace().text += ',';
-    add_array(trace().text, values, count, add_float);
+    put(add_array<float, decltype(&add_float)>, values, count, &add_float);
 }
 
 void trace_integers(const int32_t* values, std::size_t count)
 {
-    trace().text += ',';
-    add_array(trace().text, values, count, add_integer<int32_t>);
+    put(add_array<int32_t, decltype(&add_integer<int32_t>)>, values, count, &add_integer<int32_t>);
 }
 
 void trace_strings(const char* const* texts, std::size_t count)
 {
-    trace().text += ',';
-    add_array(trace().text, texts, count, add_quoted);
+    put(add_array<const char*, decltype(&add_quoted)>, texts, count, &add_quoted);
 }
 
 void trace_record(const Tv_Local_Axes& axes)
 {
-    trace().text += ',';
-    add_record(trace().text, axes);
+    put([&axes](std::string& text) { add_record(text, axes); });
 }
 
 void trace_handle(const char* owner, int slot)
 {
-    std::string& text = trace().text;
-    text += ",\"<";
-    if (owner) {
-        add_string_body(text, owner);
-        text += ':';
-        add_integer(text, slot);
-    }
-    text += ">\"";
+    put([owner, slot](std::string& text) {
+        text += "\"<";
+        if (owner) {
+            add_string_body(text, owner);
+            text += ':';
+            add_integer(text, slot);
+        }
+        text += ">\"";
+    });
 }
 
 void trace_null()
 {
-    trace().text += ",null";
+    put([](std::string& text) { text += "null"; });
 }
 
 void trace_end()

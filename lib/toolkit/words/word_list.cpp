@@ -1,6 +1,6 @@
 #include "lib/toolkit/words/word_list.h"
 
-#include <string>
+#include <charconv>
 
 #include "lib/toolkit/report.h"
 
@@ -112,7 +112,10 @@ private:
 void report_bad_word(Function function, int32_t item)
 {
     const char* const word = word_text(item);
-    report(4, "ERR_TOOLKIT_BAD_WORD", function_name(function), {word ? std::string(word) : std::to_string(item)});
+    char number[16];
+    const std::string_view digits(
+        number, static_cast<std::size_t>(std::to_chars(number, number + sizeof number, item).ptr - number));
+    report(4, "ERR_TOOLKIT_BAD_WORD", function_name(function), {word ? std::string_view(word) : digits});
 }
 
 } // namespace
