@@ -1,36 +1,39 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test: ./check.sh
+# Installs what is missing, builds, lints what has changed, and runs every test: ./check.sh
 #   --golden   rewrites the expected traces in tests/golden from what the program does now (read the diff!)
 #   --format   only checks that the sources are formatted
-#   --lint     only runs clang-tidy over the sources (minutes)
+#   --lint     only runs clang-tidy, over all sources (minutes)
 set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 . cmake/packages.sh
-
-check_format() {
-    git ls-files '*.cpp' '*.h' | xargs clang-format-14 --dry-run --Werror || {
-        echo "Some sources aren't formatted: clang-format-14 -i FILE" >&2
-        exit 1
-    }
-}
+. cmake/sources.sh
 
 # shellcheck disable=SC2086
 need $build_packages $test_packages
+need_npm
+mkdir -p build
 case ${1:-} in
 --format) check_format; exit ;;
 --lint)
-    need clang-tidy-14
     build_preset asan -DLW_TESTS=ON
-    git ls-files 'lib/*.cpp' 'export/*.cpp' 'host/*.cpp' 'restore/*.cpp' 'tools/*.cpp' | grep -v windows |
-        xargs -P "$(nproc)" -n 8 clang-tidy-14 -p build/asan --quiet
+    compiled_sources asan | lint asan
     exit ;;
 esac
-need_npm
-(cd tests/npm && npm ci --no-audit --no-fund --silent)
+(cd tests/npm && npm ci --no-audit --no-fund) >build/npm.log 2>&1 || {
+    tail -n 20 build/npm.log >&2
+    echo "npm can't fetch the glTF validator (npm ci in tests/npm); build/npm.log has the whole of it." >&2
+    exit 1
+}
 
 check_format
 build_preset release -DLW_TESTS=ON -DLW_UNIT_TESTS=OFF
 build_preset asan -DLW_TESTS=ON
+
+if changed=$(changed_sources 2>/dev/null); then
+    lint asan <<<"$changed"
+else
+    echo "lint skipped: there is no history here that tells what has changed (./check.sh --lint looks at everything)"
+fi
 
 # One test reads numbers where the comma is the decimal sign.
 if [ ! -d build/locales/de_DE.UTF-8 ]; then

@@ -5,7 +5,7 @@ build_packages="build-essential cmake ninja-build ccache pkg-config libcli11-dev
     libembree-dev libjpeg62-turbo-dev"
 windows_packages="cmake ninja-build ccache g++-mingw-w64-x86-64-posix libz-mingw-w64-dev libcli11-dev
     nlohmann-json3-dev libglm-dev libstb-dev zip ffmpeg"
-test_packages="libgtest-dev libgmock-dev locales clang-format-14 tmux"
+test_packages="libgtest-dev libgmock-dev locales clang-format-14 clang-tidy-14 tmux"
 
 # need PACKAGE...: installs those that are missing. What apt says goes to build/packages.log.
 need() {
@@ -34,9 +34,11 @@ need_npm() {
     command -v npm >/dev/null || need nodejs npm
 }
 
-# build_preset PRESET [cmake option...]: configures once, then builds what has changed; quiet unless it fails.
+# build_preset PRESET [cmake option...]: configures once, then builds what has changed; quiet unless it fails. What
+# ccache keeps is good for other clones too.
 build_preset() {
     local preset=$1 log=build/$1.log
+    local -x CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
     shift
     mkdir -p build
     if [ ! -f "build/$preset/build.ninja" ] || [ $# -gt 0 ]; then

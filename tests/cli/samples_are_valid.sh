@@ -3,6 +3,7 @@
 # The hostile ones may be refused; all the others must convert.
 set -uo pipefail
 lwimport=$1 house=$2
+"$house/tests/npm/validate.sh" || exit
 out=$(mktemp -d)
 trap 'rm -rf "$out"' EXIT
 cp -r "$house/samples" "$out/samples"
@@ -15,4 +16,4 @@ mkdir "$out/good" "$out/hostile"
 "$lwimport" -r "$out/samples/hostile" -o "$out/hostile/" --keep-partial --quiet >/dev/null 2>&1
 [ $? -le 1 ] || { echo "the hostile samples end the program"; exit 1; }
 [ "$(find "$out/hostile" -name '*.glb' | wc -l)" -ge 10 ] || { echo "too few of the hostile samples convert"; exit 1; }
-find "$out/good" "$out/hostile" -name "*.glb" -print0 | xargs -0 node "$house/tests/npm/validate.mjs"
+find "$out/good" "$out/hostile" -name "*.glb" -print0 | xargs -0 "$house/tests/npm/validate.sh"

@@ -16,9 +16,6 @@
 #include "lib/platform/library.h"
 #include "lib/platform/places.h"
 
-using platform::ControlKind;
-using platform::DialogControl;
-using platform::DialogTemplate;
 
 Platform_Window::Control* Platform_Window::find(int id)
 {
