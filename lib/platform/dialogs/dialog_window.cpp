@@ -16,7 +16,6 @@
 #include "lib/platform/library.h"
 #include "lib/platform/places.h"
 
-
 Platform_Window::Control* Platform_Window::find(int id)
 {
     const auto found = std::find_if(controls.begin(), controls.end(),
